@@ -1,0 +1,91 @@
+#include "ScanReport.h"
+
+#include "text/Formatting.h"
+#include "text/Localization.h"
+
+#include <nlohmann/json.hpp>
+
+#include <algorithm>
+#include <cmath>
+#include <cstdio>
+#include <map>
+
+namespace lumabroom::ScanReport {
+
+namespace {
+std::string dump(const nlohmann::ordered_json& j) { return j.dump(-1, ' ', false, nlohmann::json::error_handler_t::replace); }
+
+std::string padded(std::string text, std::size_t width) {
+    if (text.size() < width) text.insert(0, width - text.size(), ' ');
+    return text;
+}
+} // namespace
+
+std::string jsonLine(const RuleScanResult& result) {
+    nlohmann::ordered_json j;
+    j["id"] = result.rule.id;
+    j["total"] = result.totalSize();
+    auto entries = nlohmann::ordered_json::array();
+    for (const auto& entry : result.entries) {
+        nlohmann::ordered_json e;
+        e["path"] = entry.url.string();
+        e["size"] = entry.size;
+        if (entry.label) e["label"] = entry.label->text();
+        entries.push_back(std::move(e));
+    }
+    j["entries"] = std::move(entries);
+    return dump(j);
+}
+
+std::string doneLine(std::size_t rules, std::int64_t total, double seconds) {
+    nlohmann::ordered_json j;
+    j["done"] = true;
+    j["rules"] = rules;
+    j["total"] = total;
+    j["seconds"] = std::round(seconds * 1000.0) / 1000.0;
+    return dump(j);
+}
+
+std::string readable(const std::vector<RuleScanResult>& results, const std::vector<CleanRule>& catalogueOrder,
+                     double seconds, std::size_t entriesPerRule) {
+    std::map<std::string, const RuleScanResult*, std::less<>> byId;
+    for (const auto& r : results) byId[r.rule.id] = &r;
+
+    std::string out;
+    std::int64_t grandTotal = 0;
+    for (Category category : allCategories) {
+        std::vector<const RuleScanResult*> rows;
+        std::int64_t categoryTotal = 0;
+        for (const auto& rule : catalogueOrder) {
+            auto it = byId.find(rule.id);
+            if (rule.category != category || it == byId.end()) continue;
+            rows.push_back(it->second);
+            categoryTotal += it->second->totalSize();
+        }
+        if (rows.empty()) continue;
+        grandTotal += categoryTotal;
+        std::string title = displayKeyIsLiteral(category) ? std::string(displayKey(category))
+                                                           : Localization::text(displayKey(category));
+        out += title + "  " + Formatting::bytes(categoryTotal) + "\n";
+        for (const auto* r : rows) {
+            out += "  " + padded(Formatting::bytes(r->totalSize()), 10) + "  " + r->rule.name();
+            if (r->entries.empty()) out += "  (nothing found)";
+            out += "\n";
+            std::size_t shown = std::min(entriesPerRule, r->entries.size());
+            for (std::size_t i = 0; i < shown; ++i) {
+                const auto& e = r->entries[i];
+                out += "      " + padded(Formatting::bytes(e.size), 10) + "  "
+                       + (e.label ? e.label->text() : e.url.string()) + "\n";
+            }
+            if (r->entries.size() > shown)
+                out += "      " + padded("", 10) + "  … " + std::to_string(r->entries.size() - shown) + " more\n";
+        }
+        out += "\n";
+    }
+    char time[32];
+    std::snprintf(time, sizeof time, "%.2f s", seconds);
+    out += "Total " + Formatting::bytes(grandTotal) + " in " + std::to_string(results.size()) + " rules, " + time + "\n";
+    return out;
+}
+
+} // namespace lumabroom::ScanReport

@@ -1,0 +1,30 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+namespace lumabroom::Paths {
+
+// HOME when set and not empty, else the password database's entry of the user.
+std::string homeDirectory();
+
+// The user's temporary folder, always ending in "/": on macOS the per-user folder of the system,
+// elsewhere TMPDIR, else "/tmp/".
+std::string temporaryDirectory();
+
+// True where the temporary folder is shared by all users (everywhere but macOS), so that a scan of
+// it must keep to what the user owns.
+bool temporaryDirectoryIsShared();
+
+// The folders of the freedesktop.org base directories: the variable when it holds an absolute
+// path, else "~/.cache" and "~/.local/share".
+std::string xdgCacheHome();
+std::string xdgDataHome();
+
+// "~" and "~/..." become the home folder; "~user" is left as it is.
+std::string expandingTilde(std::string_view path);
+
+// "/a/b/" → "/a", "/a" → "/", "a" → "".
+std::string deletingLastPathComponent(std::string_view path);
+
+} // namespace lumabroom::Paths
