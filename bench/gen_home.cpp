@@ -14,6 +14,7 @@
 #include <algorithm>
 #include <array>
 #include <atomic>
+#include <cctype>
 #include <cerrno>
 #include <charconv>
 #include <cmath>
@@ -219,6 +220,17 @@ public:
         ++stats_->hardLinks;
     }
 
+    void text(std::string_view name, std::string_view body) const
+    {
+        const std::string n(name);
+        const int fd = ::openat(fd_, n.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0644);
+        if (fd < 0 || ::write(fd, body.data(), body.size()) != static_cast<ssize_t>(body.size()))
+            die("write " + child(name));
+        ::close(fd);
+        ++stats_->files;
+        stats_->bytes += body.size();
+    }
+
     void fifo(std::string_view name) const
     {
         if (::mkfifoat(fd_, std::string(name).c_str(), 0644) != 0)
@@ -350,7 +362,10 @@ std::string dirName(Naming naming, Rng& rng, std::size_t i, unsigned salt)
     case Naming::numbered: return num(i + 1);
     case Naming::words: break;
     }
-    return std::string(word(rng)) + (i == 0 ? "" : num(i));
+    // Capitalised, so that no folder takes the name of a file beside it.
+    std::string name(word(rng));
+    name[0] = static_cast<char>(std::toupper(static_cast<unsigned char>(name[0])));
+    return i == 0 ? name : name + num(i);
 }
 
 std::string fileName(const Shape& s, Rng& rng, std::uint64_t i)
@@ -522,7 +537,7 @@ void derivedData(Ctx& c, Rng& rng)
         names.push_back(std::string(p) + "-" + letters(rng, 28));
     // Names that the scanner's output has to escape, or to carry as UTF-8.
     names.push_back("Say \"Hi\" \\ and\ttab-" + letters(rng, 28));
-    names.push_back("Caf\xc3\xa9 \xc3\x9cn\xc3\xafcode \xe5\xbf\x9c\xe7\x94\xa8-" + letters(rng, 28));
+    names.push_back("Caf\xc3\xa9 \xc3\x9cn\xc3\xaf" "code \xe5\xbf\x9c\xe7\x94\xa8-" + letters(rng, 28));
 
     const std::uint64_t total = c.left();
     const std::uint64_t locked = std::min<std::uint64_t>(total / 100 + 1, 300);
@@ -715,8 +730,10 @@ void homebrew(Ctx& c, Rng& rng)
         const std::string version = num(rng.between(1, 9)) + "." + num(rng.below(20)) + "." + num(rng.below(10));
         const std::string file = hex(rng, 64) + "--" + pkg + "-" + version + (i % 3 == 0 ? ".bottle.tar.gz" : ".tar.gz");
         downloads.file(file, drawSize(Mix::binary, rng) + 4096 * rng.below(8));
-        if (i == 0)
-            std::lock_guard(c.handoff->lock), c.handoff->brewDownload = downloads.child(file);
+        if (i == 0) {
+            std::lock_guard guard(c.handoff->lock);
+            c.handoff->brewDownload = downloads.child(file);
+        }
         if (i % 2 == 0) // what brew itself leaves: a link per package at the top, to the download
             h.symlink("downloads/" + file, pkg + "--" + version + ".tar.gz");
     }
@@ -989,7 +1006,8 @@ void maven(Ctx& c, Rng& rng)
         for (unsigned a = 0; a < 5 && total > 0; ++a) {
             const std::string artifact = std::string(word(rng)) + "-" + std::string(word(rng)) + num(a);
             const Dir art = group.sub(artifact);
-            for (unsigned v = 0; v < 1 + rng.below(3) && total > 0; ++v) {
+            const unsigned versions = 1 + static_cast<unsigned>(rng.below(3));
+            for (unsigned v = 0; v < versions && total > 0; ++v) {
                 const std::string ver = num(1 + v) + "." + num(a) + "." + num(g % 10);
                 const Dir d = art.sub(ver);
                 if (folders.size() < 100)
@@ -1040,12 +1058,7 @@ void ollama(Ctx& c, Rng& rng)
     auto manifest = [&](const std::string& model, const std::string& tag, const std::string& body) {
         const std::string name = hex(rng, 64);
         blobs.file("sha256-" + name, 4096 + rng.below(8192)); // the real blobs are gigabytes; the route reads manifests only
-        library.sub(model).file(tag, 0);
-        const int fd = ::openat(AT_FDCWD, library.child(model + "/" + tag).c_str(), O_WRONLY | O_TRUNC | O_CLOEXEC);
-        if (fd < 0 || ::write(fd, body.data(), body.size()) != static_cast<ssize_t>(body.size()))
-            die("write manifest " + model);
-        ::close(fd);
-        c.stats.bytes += body.size();
+        library.sub(model).text(tag, body);
     };
     auto layers = [&](std::initializer_list<std::uint64_t> sizes, std::uint64_t config) {
         std::string s = "{\"schemaVersion\":2,\"mediaType\":\"application/vnd.docker.distribution.manifest.v2+json\",\"config\":{\"mediaType\":\"application/vnd.docker.container.image.v1+json\",\"digest\":\"sha256:" + hex(rng, 64) + "\",\"size\":" + num(config) + "},\"layers\":[";
@@ -1169,13 +1182,7 @@ void claude(Ctx& c, Rng& rng)
             const std::uint64_t lines = 1 + rng.below(30);
             for (std::uint64_t l = 0; l < lines; ++l)
                 body += "{\"type\":\"user\",\"cwd\":\"/Users/dev/Projects/" + project + "\",\"message\":\"" + hex(rng, 40 + rng.below(300)) + "\"}\n";
-            const std::string name = uuid(rng, false) + ".jsonl";
-            p.file(name, 0);
-            const int fd = ::openat(AT_FDCWD, p.child(name).c_str(), O_WRONLY | O_TRUNC | O_CLOEXEC);
-            if (fd < 0 || ::write(fd, body.data(), body.size()) != static_cast<ssize_t>(body.size()))
-                die("write " + p.child(name));
-            ::close(fd);
-            c.stats.bytes += body.size();
+            p.text(uuid(rng, false) + ".jsonl", body);
         }
     }
 }
