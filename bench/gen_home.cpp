@@ -17,6 +17,7 @@
 #include <cctype>
 #include <cerrno>
 #include <charconv>
+#include <climits>
 #include <cmath>
 #include <cstdint>
 #include <cstdio>
@@ -303,18 +304,18 @@ std::uint64_t drawSize(Mix mix, Rng& rng)
         return p < 200 ? 0 : rng.between(1, 2048);
     case Mix::mixed:
         if (p < 150) return 0;
-        if (p < 920) return rng.between(1, 4096);
-        if (p < 990) return rng.between(4097, 16384);
-        return rng.between(16385, 65536);
+        if (p < 950) return rng.between(1, 4096);
+        if (p < 995) return rng.between(4097, 12288);
+        return rng.between(12289, 49152);
     case Mix::text:
         if (p < 50) return 0;
         if (p < 950) return rng.between(64, 4096);
         return rng.between(4097, 12288);
     case Mix::binary:
         if (p < 80) return 0;
-        if (p < 800) return rng.between(1, 4096);
-        if (p < 970) return rng.between(4097, 16384);
-        return rng.between(16385, 65536);
+        if (p < 880) return rng.between(1, 4096);
+        if (p < 985) return rng.between(4097, 12288);
+        return rng.between(12289, 49152);
     }
     return 0;
 }
@@ -576,7 +577,7 @@ void derivedData(Ctx& c, Rng& rng)
     // An entry that is a link to a build folder kept elsewhere in the home, and one that leads nowhere.
     const Dir outside = c.at("Projects/linked-build/DerivedData");
     xcodeProject(outside, linked, "Linked", rng);
-    dd.symlink(outside.path(), "LinkedBuild-" + letters(rng, 28));
+    dd.symlink("../../../../Projects/linked-build/DerivedData", "LinkedBuild-" + letters(rng, 28));
     dd.symlink("../DerivedData-old/Gone-" + letters(rng, 28), "Gone-" + letters(rng, 28));
 }
 
@@ -1317,7 +1318,7 @@ std::uint64_t mixSeed(std::uint64_t seed, std::uint64_t index)
 }
 
 // Links between caches, and read rights taken away, once every job has finished writing.
-void finish(Ctx& c, Handoff& h, Rng& rng)
+void finish(Ctx& c, Handoff& h)
 {
     if (!h.brewDownload.empty())
         c.at("Downloads").hardLink(h.brewDownload, "brew-copy.dmg");
@@ -1325,7 +1326,6 @@ void finish(Ctx& c, Handoff& h, Rng& rng)
         const Dir m = c.homeDir().subPath(h.mavenFolders[i].substr(c.home.size() + 1));
         m.hardLink(h.gradleJars[i], "from-gradle-" + num(i) + ".jar");
     }
-    (void)rng;
     std::sort(h.unreadable.begin(), h.unreadable.end());
     for (const auto& path : h.unreadable)
         if (::chmod(path.c_str(), 0) != 0)
@@ -1460,8 +1460,11 @@ int main(int argc, char** argv)
     // Small trees can end up a few files short of the count where a job rounds down.
     if (total.files < opt.files)
         fillFlat(last.at("Documents/extra"), opt.files - total.files, shape(1, 1, Mix::mixed, {".txt"}), lastRng);
-    finish(last, handoff, lastRng);
+    finish(last, handoff);
     total.add(last.stats);
+    // Until written back, a file's block count can still grow (extent blocks of the sparse images),
+    // and a count taken now would differ from one taken later.
+    ::sync();
 
     std::printf("gen_home: %s: %llu files, %llu folders, %llu hard links, %llu symlinks, %llu bytes written (%s), "
                 "%llu more in sparse holes, seed %llu\n",

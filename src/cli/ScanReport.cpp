@@ -24,6 +24,7 @@ std::string padded(std::string text, std::size_t width) {
 std::string jsonLine(const RuleScanResult& result) {
     nlohmann::ordered_json j;
     j["id"] = result.rule.id;
+    j["name"] = result.rule.name();
     j["total"] = result.totalSize();
     auto entries = nlohmann::ordered_json::array();
     for (const auto& entry : result.entries) {
@@ -46,6 +47,11 @@ std::string doneLine(std::size_t rules, std::int64_t total, double seconds) {
     return dump(j);
 }
 
+std::string volumeLine(const DiskSpace& disk) {
+    return disk.volumeName + "  " + Formatting::bytes(disk.used()) + " used · " + Formatting::bytes(disk.available)
+           + " free · " + Formatting::bytes(disk.total) + " total";
+}
+
 std::string readable(const std::vector<RuleScanResult>& results, const std::vector<CleanRule>& catalogueOrder,
                      double seconds, std::size_t entriesPerRule) {
     std::map<std::string, const RuleScanResult*, std::less<>> byId;
@@ -64,9 +70,7 @@ std::string readable(const std::vector<RuleScanResult>& results, const std::vect
         }
         if (rows.empty()) continue;
         grandTotal += categoryTotal;
-        std::string title = displayKeyIsLiteral(category) ? std::string(displayKey(category))
-                                                           : Localization::text(displayKey(category));
-        out += title + "  " + Formatting::bytes(categoryTotal) + "\n";
+        out += displayName(category) + "  " + Formatting::bytes(categoryTotal) + "\n";
         for (const auto* r : rows) {
             out += "  " + padded(Formatting::bytes(r->totalSize()), 10) + "  " + r->rule.name();
             if (r->entries.empty()) out += "  (nothing found)";

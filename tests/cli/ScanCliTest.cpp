@@ -135,7 +135,7 @@ TEST(ScanCli, HostileTreesKeepTheScanRunningAndTheOutputValid) {
 TEST(ScanCli, ReadableReportGroupsRulesByCategory) {
     Home h;
     h.tree.file("home/.npm/_cacache/index-v5/aa", 20'000);
-    auto r = h.scan({"--catalogue", "macos"});
+    auto r = h.scan({"--catalogue", "macos", "--language", "zh-Hans"});
     ASSERT_EQ(r.status, 0) << r.err;
     const auto xcode = r.out.find("Xcode 与模拟器"), pm = r.out.find("包管理器缓存"), sys = r.out.find("系统与下载");
     ASSERT_NE(xcode, std::string::npos);

@@ -12,11 +12,12 @@ enum class Tool { git, sqlite3, shell, docker, ollama, xcrun, open };
 namespace ToolPaths {
 
 // The places where the tool is looked for, in order of preference; may begin with "~".
-// git: the command-line tools' git, Homebrew's, then the system's; sqlite3: "/usr/bin/sqlite3";
-// shell: "/bin/zsh" on macOS, else the user's login shell from the password database, else "/bin/sh";
-// docker: the three macOS places, then "/usr/bin/docker" elsewhere; ollama: its app and Homebrew
-// places, then "/usr/local/bin/ollama", "/usr/bin/ollama"; xcrun: "/usr/bin/xcrun"; open: "/usr/bin/open"
-// on macOS, else "/usr/bin/xdg-open".
+// git: "/usr/bin/git", then "/opt/homebrew/bin/git" on macOS, "/usr/local/bin/git" elsewhere;
+// sqlite3: "/usr/bin/sqlite3"; shell: "/bin/zsh" on macOS, else the user's login shell from the
+// password database, then "/bin/sh"; docker: "~/.orbstack/bin/docker", "/usr/local/bin/docker",
+// "/opt/homebrew/bin/docker", and "/usr/bin/docker" off macOS; ollama: "/usr/local/bin/ollama", then
+// "/opt/homebrew/bin/ollama" and the app's own copy on macOS, "/usr/bin/ollama" elsewhere; xcrun:
+// "/usr/bin/xcrun"; open: "/usr/bin/open" on macOS, else "/usr/bin/xdg-open".
 std::vector<std::string> candidates(Tool tool);
 
 // Test seam, in-process only: while set, candidates(tool) gives just `path`. nullopt restores the

@@ -1,15 +1,31 @@
 #include "text/Formatting.h"
 
-#include <QLocale>
+#include "host/Locale.h"
+#include "text/Localization.h"
+
+#include <cmath>
 
 namespace lumabroom::Formatting {
 
 std::string bytes(std::int64_t count) {
-    // Precision grows with the unit, as file managers show it: 512 bytes, 35 kB, 12.3 MB, 1.16 GB.
-    const std::int64_t magnitude = count < 0 ? -count : count;
-    int precision = magnitude < 1'000'000 ? 0 : magnitude < 1'000'000'000 ? 1 : 2;
-    QLocale locale(QLocale::English);
-    return locale.formattedDataSize(count, precision, QLocale::DataSizeSIFormat).toStdString();
+    const std::int64_t magnitude = count < 0 ? -(count + 1) : count;
+    const int decimals = magnitude < 1'000'000 ? 0 : magnitude < 1'000'000'000 ? 1 : 2;
+    return Locale::dataSize(count, decimals, rawValue(Localization::effectiveLanguage()));
+}
+
+std::string age(std::chrono::system_clock::time_point since, std::chrono::system_clock::time_point now) {
+    using Seconds = std::chrono::duration<double>;
+    // In floating point, so that dates centuries apart cannot overflow.
+    const double seconds = Seconds(now.time_since_epoch()).count() - Seconds(since.time_since_epoch()).count();
+    const double days = std::trunc(seconds / 86400.0);
+    if (days < 0) return Localization::text("刚刚");
+    if (days == 0) return Localization::text("今天");
+    if (days == 1) return Localization::text("昨天");
+    if (days < 30) return Localization::text(std::to_string(static_cast<long long>(days)) + " 天前");
+    if (days < 365) return Localization::text(std::to_string(static_cast<long long>(days) / 30) + " 个月前");
+    if (days < 730) return Localization::text("1 年多前");
+    const double years = std::min(std::floor(days / 365.0), 1e15);
+    return Localization::text(std::to_string(static_cast<long long>(years)) + " 年前");
 }
 
 } // namespace lumabroom::Formatting

@@ -1,4 +1,5 @@
 #include "scan/CleanRule.h"
+#include "text/Localization.h"
 
 #include <gtest/gtest.h>
 
@@ -69,6 +70,7 @@ TEST(CleanRule, EntriesWithOnePathShareAnIdButDifferBySizeAndLabel) {
 }
 
 TEST(CleanRule, LabelTextsAndTotals) {
+    Localization::setLanguageForThisRun(AppLanguage::chinese);
     EXPECT_EQ((EntryLabel{DockerUsageLabel{DockerUsageKind::images, "9", std::nullopt}}).text(), "镜像 9 个");
     EXPECT_EQ((EntryLabel{DockerUsageLabel{DockerUsageKind::volumes, "2", "1.161GB"}}).text(), "数据卷 2 个 · 可回收 1.161GB");
     EXPECT_EQ((EntryLabel{DockerOtherLabel{}}).text(), "系统与其他");

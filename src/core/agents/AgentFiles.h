@@ -1,0 +1,32 @@
+#pragma once
+
+#include <cstdint>
+#include <filesystem>
+#include <optional>
+#include <string>
+#include <string_view>
+
+// Small file and text services shared by the readers of what coding agents leave on disk.
+namespace lumabroom::AgentFiles {
+
+// Logical length in bytes, following a link; nothing for a folder or what cannot be asked.
+std::optional<std::int64_t> logicalSize(const std::filesystem::path& file);
+
+// Content modification time, following a link; nothing if it cannot be read.
+std::optional<std::filesystem::file_time_type> modificationTime(const std::filesystem::path& file);
+
+// Whether the last path component has exactly this extension (without the dot), compared
+// case-sensitively. A hidden name such as ".jsonl" has no extension.
+bool hasExtension(std::string_view name, std::string_view extension);
+
+// A whole small file, or nothing if it cannot be read, is a folder, or is longer than `maxBytes`.
+std::optional<std::string> readSmallFile(const std::filesystem::path& file, std::size_t maxBytes);
+
+bool isValidUtf8(std::string_view bytes);
+// Each maximal invalid sequence becomes U+FFFD; valid text comes back unchanged.
+std::string repairedUtf8(std::string_view bytes);
+
+// "~" and the rest when `path` begins with `home` (a plain string prefix), else `path` unchanged.
+std::string displayForm(const std::string& path, const std::string& home);
+
+} // namespace lumabroom::AgentFiles

@@ -1,0 +1,46 @@
+#pragma once
+
+#include "scan/CleanRule.h"
+
+#include <cstdint>
+#include <filesystem>
+#include <optional>
+#include <span>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace lumabroom {
+
+enum class CleanMethod {
+    trash,   // to the user's Trash, from where it can be restored; space returns when it is emptied
+    delete_, // at once (`delete` is a keyword)
+};
+
+std::string_view rawValue(CleanMethod);
+std::optional<CleanMethod> cleanMethodFromRaw(std::string_view);
+
+struct CleanResult {
+    struct Failure {
+        std::filesystem::path url;
+        std::string message; // the platform's description of the error, naming what failed
+        bool operator==(const Failure&) const = default;
+    };
+
+    std::vector<std::filesystem::path> removed; // in the order of the entries
+    std::vector<Failure> failures;              // one per entry not removed, in the order of the entries
+    std::int64_t freedBytes = 0;                // the sizes the scan measured, of the removed entries
+
+    bool operator==(const CleanResult&) const = default;
+};
+
+namespace Cleaner {
+
+// Removes the entries one after the other on the calling thread and reports each. A failure does not
+// stop the others; a folder that fails half way keeps what was already deleted, and counts no bytes.
+// A dry run touches nothing and reports every entry as removed. Deleting never follows a symbolic
+// link and never leaves the entry's own tree; an entry that is a link removes the link only.
+CleanResult clean(std::span<const ScanEntry> entries, CleanMethod method, bool dryRun);
+
+} // namespace Cleaner
+} // namespace lumabroom

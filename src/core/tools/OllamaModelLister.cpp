@@ -1,0 +1,139 @@
+#include "tools/OllamaModelLister.h"
+
+#include "clean/CommandRunner.h"
+#include "host/DirectoryReader.h"
+#include "host/Paths.h"
+#include "host/ToolPaths.h"
+
+#include <nlohmann/json.hpp>
+
+#include <algorithm>
+#include <cmath>
+#include <fstream>
+#include <limits>
+
+namespace lumabroom {
+
+namespace {
+
+using nlohmann::json;
+
+constexpr double kRemoveTimeoutSeconds = 60;
+// A manifest is a few kilobytes; a larger file below "manifests" is no manifest and is not read.
+constexpr std::uintmax_t kMaxManifestBytes = 16 * 1024 * 1024;
+
+std::int64_t plus(std::int64_t a, std::int64_t b) {
+    std::int64_t sum = 0;
+    if (!__builtin_add_overflow(a, b, &sum)) return sum;
+    return b > 0 ? std::numeric_limits<std::int64_t>::max() : std::numeric_limits<std::int64_t>::min();
+}
+
+// An integral JSON number as a signed 64-bit count; anything else is 0.
+std::int64_t sizeOf(const json& object) {
+    if (!object.is_object()) return 0;
+    auto size = object.find("size");
+    if (size == object.end()) return 0;
+    if (size->is_number_integer() && !size->is_number_unsigned()) return size->get<std::int64_t>();
+    if (size->is_number_unsigned()) {
+        auto value = size->get<std::uint64_t>();
+        return value <= static_cast<std::uint64_t>(std::numeric_limits<std::int64_t>::max())
+                   ? static_cast<std::int64_t>(value)
+                   : 0;
+    }
+    if (size->is_number_float()) {
+        double value = size->get<double>();
+        if (std::trunc(value) == value && value >= -9223372036854775808.0 && value < 9223372036854775808.0)
+            return static_cast<std::int64_t>(value);
+    }
+    return 0;
+}
+
+std::optional<std::string> readSmallFile(const std::filesystem::path& path) {
+    std::error_code error;
+    auto length = std::filesystem::file_size(path, error);
+    if (error || length > kMaxManifestBytes) return std::nullopt;
+    std::ifstream in(path, std::ios::binary);
+    if (!in) return std::nullopt;
+    std::string contents(static_cast<std::size_t>(length), '\0');
+    in.read(contents.data(), static_cast<std::streamsize>(contents.size()));
+    if (in.bad()) return std::nullopt;
+    contents.resize(static_cast<std::size_t>(in.gcount()));
+    return contents;
+}
+
+// Depth first, each folder's items in the order the system gives them, a folder's content right
+// behind the folder itself. What can't be opened is passed over. A folder is read to its end before
+// any child is entered, as the reader's buffer is one per thread.
+void walk(DirectoryReader& folder, const std::filesystem::path& path, std::vector<ScanEntry>& found) {
+    struct Item {
+        std::string name;
+        bool isDirectory = false;
+        bool isRegularFile = false;
+    };
+    std::vector<Item> items;
+    folder.forEach([&](const DirectoryReader::Entry& entry) {
+        items.push_back({entry.name, entry.isDirectory, !entry.isDirectory && entry.regularFile().has_value()});
+        return true;
+    });
+    for (const auto& item : items) {
+        std::filesystem::path itemPath = path / item.name;
+        if (item.isDirectory) {
+            DirectoryReader child = folder.openChild(item.name.c_str());
+            if (child.isOpen()) walk(child, itemPath, found);
+        } else if (item.isRegularFile) {
+            if (auto text = readSmallFile(itemPath))
+                if (auto size = OllamaModelLister::manifestSize(*text); size && *size > 0)
+                    found.push_back(ScanEntry{std::move(itemPath), *size, std::nullopt});
+        }
+    }
+}
+
+std::string lastComponent(std::string_view path) {
+    while (path.size() > 1 && path.back() == '/') path.remove_suffix(1);
+    auto slash = path.rfind('/');
+    return std::string(slash == std::string_view::npos ? path : path.substr(slash + 1));
+}
+
+} // namespace
+
+namespace OllamaModelLister {
+
+std::optional<std::int64_t> manifestSize(std::string_view text) {
+    json manifest = json::parse(text, nullptr, false);
+    if (!manifest.is_object()) return std::nullopt;
+    std::int64_t total = 0;
+    if (auto layers = manifest.find("layers"); layers != manifest.end() && layers->is_array())
+        for (const auto& layer : *layers) total = plus(total, sizeOf(layer));
+    if (auto config = manifest.find("config"); config != manifest.end()) total = plus(total, sizeOf(*config));
+    return total;
+}
+
+std::optional<std::vector<ScanEntry>> entries(const std::filesystem::path& modelsDir) {
+    const std::filesystem::path manifests = modelsDir / "manifests";
+    DirectoryReader root(manifests.string());
+    if (!root.isOpen()) return std::nullopt;
+    std::vector<ScanEntry> found;
+    walk(root, manifests, found);
+    if (found.empty()) return std::nullopt;
+    std::stable_sort(found.begin(), found.end(), [](const ScanEntry& a, const ScanEntry& b) { return a.size > b.size; });
+    return found;
+}
+
+} // namespace OllamaModelLister
+
+namespace OllamaModelRemover {
+
+std::optional<std::string> modelName(const std::filesystem::path& manifest) {
+    const std::string path = manifest.string();
+    if (path.find("/manifests/") == std::string::npos) return std::nullopt;
+    return lastComponent(Paths::deletingLastPathComponent(path)) + ":" + lastComponent(path);
+}
+
+bool remove(const std::string& model) {
+    auto binary = CommandRunner::findBinary(ToolPaths::candidates(Tool::ollama));
+    if (!binary) return false;
+    return CommandRunner::run(*binary, {"rm", model}, kRemoveTimeoutSeconds).has_value();
+}
+
+} // namespace OllamaModelRemover
+} // namespace lumabroom

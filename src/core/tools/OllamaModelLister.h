@@ -1,0 +1,37 @@
+#pragma once
+
+#include "scan/CleanRule.h"
+
+#include <cstdint>
+#include <filesystem>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace lumabroom {
+
+namespace OllamaModelLister {
+
+// One entry per manifest file at any depth below `modelsDir`/manifests, sized by the layers and
+// config it names (shared blobs count in full for each model), largest first, equal sizes in the
+// walk's order. Nothing when no manifest gives a size above 0, so that the caller falls back to
+// measuring the folder. Blobs are never opened.
+std::optional<std::vector<ScanEntry>> entries(const std::filesystem::path& modelsDir);
+
+// The total of "layers"[*]."size" and "config"."size" of one manifest; a missing or non-integer size
+// adds 0. Nothing when the text is no JSON object.
+std::optional<std::int64_t> manifestSize(std::string_view json);
+
+} // namespace OllamaModelLister
+
+namespace OllamaModelRemover {
+
+// "<folder>:<file>" of a manifest, as in "llama3:8b"; nothing for a path outside "/manifests/".
+std::optional<std::string> modelName(const std::filesystem::path& manifest);
+
+// `ollama rm <model>`; true when the tool reported success. Never deletes files itself.
+bool remove(const std::string& model);
+
+} // namespace OllamaModelRemover
+} // namespace lumabroom

@@ -1,0 +1,104 @@
+#include "GitRepo.h"
+
+#include "support/TempTree.h"
+
+#include <gtest/gtest.h>
+
+#include <fstream>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace fs = std::filesystem;
+
+namespace lumabroom::test {
+
+namespace {
+std::string gitPath() {
+    for (const char* place : {"/usr/bin/git", "/usr/local/bin/git", "/opt/homebrew/bin/git"})
+        if (::access(place, X_OK) == 0) return place;
+    return "git";
+}
+
+std::string sqlQuoted(const std::string& text) {
+    std::string quoted = "'";
+    for (char c : text) {
+        if (c == '\'') quoted += '\'';
+        quoted += c;
+    }
+    return quoted + "'";
+}
+} // namespace
+
+ProcessResult git(const fs::path& dir, const std::vector<std::string>& args, bool mayFail) {
+    std::vector<std::string> argv{gitPath(), "-C", dir.string()};
+    argv.insert(argv.end(), args.begin(), args.end());
+    auto result = runProcess(argv, {{"PATH", "/usr/bin:/bin:/usr/local/bin"},
+                                    {"HOME", dir.string()},
+                                    {"GIT_CONFIG_NOSYSTEM", "1"},
+                                    {"GIT_CONFIG_GLOBAL", "/dev/null"},
+                                    {"GIT_AUTHOR_NAME", "Tester"},
+                                    {"GIT_AUTHOR_EMAIL", "tester@example.com"},
+                                    {"GIT_COMMITTER_NAME", "Tester"},
+                                    {"GIT_COMMITTER_EMAIL", "tester@example.com"}});
+    if (!mayFail && result.status != 0) {
+        std::string line;
+        for (const auto& a : args) line += " " + a;
+        ADD_FAILURE() << "git" << line << " in " << dir << " failed: " << result.err;
+    }
+    return result;
+}
+
+void writeText(const fs::path& file, const std::string& text) {
+    fs::create_directories(file.parent_path());
+    std::ofstream(file, std::ios::binary | std::ios::trunc) << text;
+}
+
+void makeRepo(const fs::path& dir, bool empty) {
+    fs::create_directories(dir);
+    git(dir, {"init", "-q", "-b", "main"});
+    if (empty) return;
+    writeText(dir / ".gitignore", "*.bin\n");
+    writeText(dir / "README", "readme\n");
+    git(dir, {"add", "-A"});
+    git(dir, {"commit", "-q", "-m", "start"});
+}
+
+void commitFile(const fs::path& dir, const std::string& file, const std::string& text) {
+    writeText(dir / file, text);
+    git(dir, {"add", "--", file});
+    git(dir, {"commit", "-q", "-m", "change " + file});
+}
+
+std::string headCommit(const fs::path& dir) {
+    std::string out = git(dir, {"rev-parse", "HEAD"}).out;
+    while (!out.empty() && out.back() == '\n') out.pop_back();
+    return out;
+}
+
+void makeStateDatabase(const fs::path& file, const std::vector<std::string>& cwds) {
+    fs::create_directories(file.parent_path());
+    std::string sql = "CREATE TABLE threads(id INTEGER PRIMARY KEY, cwd TEXT NOT NULL, title TEXT);";
+    for (const auto& cwd : cwds) sql += "INSERT INTO threads(cwd, title) VALUES(" + sqlQuoted(cwd) + ", 'x');";
+    auto result = runProcess({"/usr/bin/sqlite3", file.string(), sql}, {{"PATH", "/usr/bin:/bin"}});
+    ASSERT_EQ(result.status, 0) << result.err;
+}
+
+TreeFacts treeFacts(const fs::path& root) {
+    TreeFacts facts;
+    std::error_code ec;
+    for (auto it = fs::recursive_directory_iterator(root, ec); !ec && it != fs::recursive_directory_iterator();
+         it.increment(ec)) {
+        struct stat st {};
+        if (::lstat(it->path().c_str(), &st) != 0 || !S_ISREG(st.st_mode)) continue;
+        facts.bytes += static_cast<std::int64_t>(st.st_blocks) * 512;
+        facts.newestSeconds = std::max<std::int64_t>(facts.newestSeconds, st.st_mtime);
+    }
+    return facts;
+}
+
+std::unique_ptr<TempTree> treeOutsideTmp() {
+    ScopedEnv base{{"TMPDIR", "/var/tmp"}};
+    return std::make_unique<TempTree>();
+}
+
+} // namespace lumabroom::test

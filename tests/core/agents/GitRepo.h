@@ -1,0 +1,42 @@
+#pragma once
+
+#include "support/Process.h"
+#include "support/TempTree.h"
+
+#include <cstdint>
+#include <filesystem>
+#include <memory>
+#include <string>
+#include <vector>
+
+// Real git repositories and state databases in known states, made with the installed tools.
+namespace lumabroom::test {
+
+// git with a fixed identity and no user or system configuration; fails the test on a nonzero status
+// unless `mayFail`.
+ProcessResult git(const std::filesystem::path& dir, const std::vector<std::string>& args, bool mayFail = false);
+
+void writeText(const std::filesystem::path& file, const std::string& text);
+
+// A repository on "main"; unless `empty`, with one commit of README and a ".gitignore" that ignores
+// "*.bin", so that ballast files give a worktree size without making it dirty.
+void makeRepo(const std::filesystem::path& dir, bool empty = false);
+// Writes `file` (relative to `dir`) and commits it.
+void commitFile(const std::filesystem::path& dir, const std::string& file, const std::string& text);
+std::string headCommit(const std::filesystem::path& dir);
+
+// A Codex state database whose table "threads" holds these working folders, one row each.
+void makeStateDatabase(const std::filesystem::path& file, const std::vector<std::string>& cwds);
+
+// Allocated bytes of all regular files below `root` and their newest modification time (0 if
+// none), walked without following links: what deleting the folder would give back.
+struct TreeFacts {
+    std::int64_t bytes = 0;
+    std::int64_t newestSeconds = 0;
+};
+TreeFacts treeFacts(const std::filesystem::path& root);
+
+// A temporary tree outside "/tmp": worktree discovery ignores seeds there by design.
+std::unique_ptr<TempTree> treeOutsideTmp();
+
+} // namespace lumabroom::test
