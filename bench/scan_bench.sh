@@ -6,6 +6,7 @@
 #   bench/scan_bench.sh --check-json SCAN.jsonl --home HOME     (the size check alone)
 #
 # Needs bash, coreutils, findutils, gdu, GNU time and g++; not python3 or jq.
+# shellcheck disable=SC2016 # the patterns hold the variable names literally, as the catalogue does
 set -euo pipefail
 export LC_ALL=C
 
@@ -109,18 +110,23 @@ catalogue=(
     'sys.downloads-installers|~/Downloads/*.iso'
 )
 
+# A pattern with its variable prefix or tilde replaced; "$DARWIN_CACHE" is the temporary folder's
+# parent and "/C".
+resolve_pattern() {
+    local pattern=$1 home=$2 tmpdir=$3
+    case $pattern in
+        '$TMPDIR'*) printf '%s\n' "$tmpdir${pattern#'$TMPDIR'}" ;;
+        '$DARWIN_CACHE'*) printf '%s\n' "$(dirname "${tmpdir%/}")/C${pattern#'$DARWIN_CACHE'}" ;;
+        '~'*) printf '%s\n' "$home${pattern#'~'}" ;;
+        *) printf '%s\n' "$pattern" ;;
+    esac
+}
+
 # The existing locations that one pattern denotes, NUL-separated: wildcard segments match the names
 # of one folder, a leading dot only explicitly; the last step follows links, so dangling ones drop.
 expand_pattern() {
-    local pattern=$1 home=$2 tmpdir=$3 resolved
-    local darwin_cache
-    darwin_cache=$(dirname "${tmpdir%/}")/C
-    case $pattern in
-        '$TMPDIR'*) resolved=$tmpdir${pattern#'$TMPDIR'} ;;
-        '$DARWIN_CACHE'*) resolved=$darwin_cache${pattern#'$DARWIN_CACHE'} ;;
-        '~'*) resolved=$home${pattern#'~'} ;;
-        *) resolved=$pattern ;;
-    esac
+    local resolved
+    resolved=$(resolve_pattern "$@")
     local -a segments current=(/) next
     local segment dir match
     IFS=/ read -r -a segments <<<"$resolved"
@@ -377,12 +383,7 @@ root_count=$(tr -cd '\0' <"$roots" | wc -c)
 # which covers the roots and some siblings that no pattern matches, in far fewer runs.
 bases=$work/bases
 for row in "${catalogue[@]}"; do
-    pattern=${row#*|}
-    case $pattern in
-        '$TMPDIR'*) pattern=$tmpdir${pattern#'$TMPDIR'} ;;
-        '$DARWIN_CACHE'*) pattern=$(dirname "${tmpdir%/}")/C${pattern#'$DARWIN_CACHE'} ;;
-        '~'*) pattern=$home${pattern#'~'} ;;
-    esac
+    pattern=$(resolve_pattern "${row#*|}" "$home" "$tmpdir")
     base=${pattern%%[\*\?\[]*}
     [[ $base == "$pattern" ]] || base=${base%/*}
     base=$(realpath -m -s -- "$base")

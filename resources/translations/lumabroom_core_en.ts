@@ -517,5 +517,71 @@
         <source>删除已失效/系统版本过时的模拟器设备,现役模拟器不受影响</source>
         <translation>Deletes simulator devices that are no longer valid or whose system version is out of date; simulators in service are not affected</translation>
     </message>
+    <message>
+        <extracomment>docker inventory: an image</extracomment>
+        <source>未被容器使用</source>
+        <translation>Not used by any container</translation>
+    </message>
+    <message>
+        <extracomment>docker inventory: a volume</extracomment>
+        <source>未被容器挂载</source>
+        <translation>Not mounted by any container</translation>
+    </message>
+    <message>
+        <extracomment>docker prune: title</extracomment>
+        <source>未使用镜像</source>
+        <translation>Unused images</translation>
+    </message>
+    <message>
+        <extracomment>docker prune: title</extracomment>
+        <source>已停止容器</source>
+        <translation>Stopped containers</translation>
+    </message>
+    <message>
+        <extracomment>docker prune: title</extracomment>
+        <source>未使用数据卷</source>
+        <translation>Unused volumes</translation>
+    </message>
+    <message>
+        <extracomment>docker prune: detail</extracomment>
+        <source>docker builder prune,下次构建时重新生成</source>
+        <translation>docker builder prune; regenerated at the next build</translation>
+    </message>
+    <message>
+        <extracomment>docker prune: detail</extracomment>
+        <source>删除未被任何容器引用的镜像,需要时重新拉取</source>
+        <translation>Deletes images that no container refers to; pull them again when needed</translation>
+    </message>
+    <message>
+        <extracomment>docker prune: detail</extracomment>
+        <source>删除所有已退出的容器</source>
+        <translation>Deletes all exited containers</translation>
+    </message>
+    <message>
+        <extracomment>docker prune: detail</extracomment>
+        <source>删除未被容器挂载的数据卷,卷内数据(如数据库)永久丢失</source>
+        <translation>Deletes volumes that no container mounts; their data (such as databases) is lost for good</translation>
+    </message>
+    <message>
+        <extracomment>docker inventory: an image without a name, then its short id</extracomment>
+        <source>悬空镜像 %1</source>
+        <translation>Dangling image %1</translation>
+    </message>
+    <message numerus="yes">
+        <extracomment>docker inventory: an image</extracomment>
+        <source>被 %n 个容器使用</source>
+        <translation>
+            <numerusform>Used by %n container</numerusform>
+            <numerusform>Used by %n containers</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <extracomment>docker inventory: a volume</extracomment>
+        <source>被 %n 个容器挂载</source>
+        <translation>
+            <numerusform>Mounted by %n container</numerusform>
+            <numerusform>Mounted by %n containers</numerusform>
+        </translation>
+    </message>
 </context>
 </TS>

@@ -15,8 +15,8 @@ constexpr std::string_view settingKey = "LumabroomLanguage";
 constexpr std::string_view tableContext = "CleanerCore";
 
 // Most specific first: the docker count form would take almost any text with a blank before "个".
-constexpr std::array<std::string_view, 5> forms{
-    "%n 天前", "%n 个月前", "%n 年前", "可回收 %1", "%1 %2 个",
+constexpr std::array<std::string_view, 8> forms{
+    "%n 天前", "%n 个月前", "%n 年前", "被 %n 个容器使用", "被 %n 个容器挂载", "悬空镜像 %1", "可回收 %1", "%1 %2 个",
 };
 
 struct Setting {

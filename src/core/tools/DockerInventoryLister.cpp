@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <charconv>
+#include <iterator>
 
 namespace lumabroom {
 
@@ -27,21 +28,14 @@ std::optional<std::int64_t> integerOf(const json& row, const char* key) {
     auto text = textOf(row, key);
     if (!text) return std::nullopt;
     std::string_view digits = *text;
-    bool negative = false;
-    if (!digits.empty() && (digits.front() == '+' || digits.front() == '-')) {
-        negative = digits.front() == '-';
+    if (digits.starts_with('+')) {
         digits.remove_prefix(1);
+        if (digits.starts_with('-')) return std::nullopt;
     }
-    if (digits.empty() || !std::all_of(digits.begin(), digits.end(), [](char c) { return c >= '0' && c <= '9'; }))
-        return std::nullopt;
-    std::uint64_t magnitude = 0;
-    auto [end, error] = std::from_chars(digits.data(), digits.data() + digits.size(), magnitude);
-    if (error != std::errc() || end != digits.data() + digits.size()) return std::nullopt;
-    constexpr auto kMax = static_cast<std::uint64_t>(std::numeric_limits<std::int64_t>::max());
-    if (magnitude > kMax + (negative ? 1 : 0)) return std::nullopt;
-    if (negative) return magnitude == kMax + 1 ? std::numeric_limits<std::int64_t>::min()
-                                               : -static_cast<std::int64_t>(magnitude);
-    return static_cast<std::int64_t>(magnitude);
+    std::int64_t value = 0;
+    auto [end, error] = std::from_chars(digits.data(), digits.data() + digits.size(), value);
+    if (error != std::errc() || digits.empty() || end != digits.data() + digits.size()) return std::nullopt;
+    return value;
 }
 
 DockerItem imageItem(const json& row) {

@@ -7,6 +7,7 @@
 #include "clean/MaintenanceCommands.h"
 #include "scan/BuiltinRules.h"
 #include "text/DiskSpace.h"
+#include "tools/DockerPruner.h"
 #include "text/Formatting.h"
 #include "text/Localization.h"
 
@@ -32,6 +33,12 @@ std::set<std::string> displayKeys() {
     for (SafetyLevel level : allSafetyLevels) keys.insert(std::string(displayKey(level)));
     for (DockerUsageKind kind : allDockerUsageKinds) keys.insert(std::string(displayKey(kind)));
     for (std::string_view key : MaintenanceCommands::detailKeys()) keys.insert(std::string(key));
+    for (DockerPruneTarget target : allDockerPruneTargets) {
+        keys.insert(std::string(titleKey(target)));
+        keys.insert(std::string(detailKey(target)));
+    }
+    keys.insert("未被容器使用");
+    keys.insert("未被容器挂载");
     return keys;
 }
 } // namespace
@@ -74,7 +81,11 @@ TEST(KeyCoverage, EveryTextBuiltAtRunTimeReadsInEnglish) {
     texts.push_back(displayName(AppLanguage::system)); // the other two are their own names
     for (Category category : allCategories) texts.push_back(displayName(category));
     texts.push_back(Formatting::bytes(0));
+    for (const char* built : {"悬空镜像 3f2a9c1b", "被 1 个容器使用", "被 12 个容器使用", "被 2 个容器挂载"})
+        texts.push_back(Localization::text(built));
     for (const std::string& text : texts) EXPECT_FALSE(containsCjk(text)) << text;
+    EXPECT_EQ(Localization::text("被 1 个容器使用"), "Used by 1 container");
+    EXPECT_EQ(Localization::text("悬空镜像 3f2a9c1b"), "Dangling image 3f2a9c1b");
 }
 
 TEST(KeyCoverage, ChineseTextsAreExactlyTheKeys) {

@@ -2,8 +2,6 @@
 
 #include "tools/DockerInventoryLister.h"
 
-#include <unordered_set>
-
 using namespace lumabroom;
 using namespace lumabroom::test;
 using Kind = DockerItem::Kind;
@@ -120,13 +118,6 @@ TEST(DockerInventory, RemovingFiltersEveryListByKindAndRef) {
     // Placed in the wrong list all the same, an item of the id goes.
     const DockerInventory misplaced{{}, {image}, {}};
     EXPECT_EQ(misplaced.removing(image), DockerInventory{});
-}
-
-TEST(DockerItem, EqualityAndHashTakeEveryField) {
-    const DockerItem a = item(Kind::image, "n", "d", 1, "r");
-    std::unordered_set<DockerItem> set{a, item(Kind::image, "n", "d", 2, "r"), item(Kind::volume, "n", "d", 1, "r")};
-    EXPECT_EQ(set.size(), 3u);
-    EXPECT_EQ(set.count(item(Kind::image, "n", "d", 1, "r")), 1u);
 }
 
 TEST_F(DockerTest, FetchReadsTheVerboseTableAndFailsWithTheTool) {
