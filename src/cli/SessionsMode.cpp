@@ -23,7 +23,7 @@ int run(Agent agent, std::size_t limit, bool json, std::ostream& out) {
         for (const auto& s : sessions)
             list.push_back({{"path", s.url.string()}, {"size", s.size}, {"label", s.label ? s.label->text() : ""}});
         out << nlohmann::ordered_json{{"sessions", std::move(list)}}.dump(-1, ' ', false,
-                                                                           nlohmann::json::error_handler_t::replace)
+                                                                          nlohmann::json::error_handler_t::replace)
             << "\n";
         return 0;
     }

@@ -14,7 +14,9 @@
 namespace lumabroom::WorktreesMode {
 
 namespace {
-std::string dump(const nlohmann::ordered_json& j) { return j.dump(-1, ' ', false, nlohmann::json::error_handler_t::replace); }
+std::string dump(const nlohmann::ordered_json& j) {
+    return j.dump(-1, ' ', false, nlohmann::json::error_handler_t::replace);
+}
 
 std::string isoTime(std::chrono::sys_seconds time) {
     const std::time_t seconds = time.time_since_epoch().count();
@@ -89,10 +91,9 @@ std::string table(const std::vector<WorktreeInfo>& worktrees, const std::string&
         if (w.isRisky()) ++risky;
         if (w.size) ++measured, total += *w.size;
     }
-    std::string out = plural(static_cast<int>(worktrees.size()), "worktree", "worktrees") + ", "
-                      + std::to_string(risky) + " at risk, " + Formatting::bytes(total);
-    if (measured < worktrees.size())
-        out += " (measuring " + std::to_string(worktrees.size() - measured) + " more…)";
+    std::string out = plural(static_cast<int>(worktrees.size()), "worktree", "worktrees") + ", " + std::to_string(risky)
+                      + " at risk, " + Formatting::bytes(total);
+    if (measured < worktrees.size()) out += " (measuring " + std::to_string(worktrees.size() - measured) + " more…)";
     out += "\n\n";
     out += "  " + padLeft("SIZE", 10) + "  " + padRight("WORKTREE", nameWidth) + "  " + padRight("BRANCH", branchWidth)
            + "  STATE\n";

@@ -81,7 +81,9 @@ TEST(AgentsCli, WorktreesReportsEveryWorktreeWithGitFactsAndMeasuredSizes) {
     git(notes, {"worktree", "add", "-q", "-b", "draft", notesWt.string()});
 
     makeStateDatabase(home / ".codex/state_5.sqlite", {app.string(), home.string(), "/tmp/elsewhere"});
-    writeText(home / ".claude/projects/-src-notes/s.jsonl", R"({"cwd":")" + notes.string() + R"("})" "\n");
+    writeText(home / ".claude/projects/-src-notes/s.jsonl", R"({"cwd":")" + notes.string()
+                                                                + R"("})"
+                                                                  "\n");
 
     auto r = h.scan({"--worktrees", "--json"});
     ASSERT_EQ(r.status, 0) << r.err;
@@ -139,7 +141,8 @@ TEST(AgentsCli, WorktreesReportsEveryWorktreeWithGitFactsAndMeasuredSizes) {
     auto readable = h.scan({"--worktrees"});
     ASSERT_EQ(readable.status, 0) << readable.err;
     EXPECT_NE(readable.out.find("4 worktrees, 2 at risk"), std::string::npos) << readable.out;
-    EXPECT_NE(readable.out.find("would lose 1 uncommitted file, 1 commit only here\n"), std::string::npos) << readable.out;
+    EXPECT_NE(readable.out.find("would lose 1 uncommitted file, 1 commit only here\n"), std::string::npos)
+        << readable.out;
     EXPECT_NE(readable.out.find("would lose 1 uncommitted file (no remote: no copy elsewhere)\n"), std::string::npos)
         << readable.out;
     EXPECT_NE(readable.out.find("~/wt/app orphan  (of ~/src/app)"), std::string::npos) << readable.out;
@@ -169,10 +172,13 @@ TEST(AgentsCli, SessionsListTheLargestFilesOfEachAgent) {
 
     auto claude = h.scan({"--sessions", "claude", "--limit", "2", "--json"});
     ASSERT_EQ(claude.status, 0) << claude.err;
-    EXPECT_EQ(json::parse(claude.out),
-              (json{{"sessions",
-                     {{{"path", (home / ".claude/projects/p/a.jsonl").string()}, {"size", 300}, {"label", "~/src/app · 2024-03-01"}},
-                      {{"path", (home / ".claude/projects/p/b.jsonl").string()}, {"size", 200}, {"label", "b · 2024-03-01"}}}}}));
+    EXPECT_EQ(json::parse(claude.out), (json{{"sessions",
+                                              {{{"path", (home / ".claude/projects/p/a.jsonl").string()},
+                                                {"size", 300},
+                                                {"label", "~/src/app · 2024-03-01"}},
+                                               {{"path", (home / ".claude/projects/p/b.jsonl").string()},
+                                                {"size", 200},
+                                                {"label", "b · 2024-03-01"}}}}}));
 
     auto codex = h.scan({"--sessions", "codex", "--json"});
     ASSERT_EQ(codex.status, 0) << codex.err;
@@ -184,9 +190,11 @@ TEST(AgentsCli, SessionsListTheLargestFilesOfEachAgent) {
     EXPECT_NE(readable.out.find("~/src/app · 2024-03-01\n"), std::string::npos) << readable.out;
     EXPECT_NE(readable.out.find(" in 3 files\n"), std::string::npos) << readable.out;
 
-    for (const auto& bad : std::vector<std::vector<std::string>>{
-             {"--sessions", "gemini"}, {"--sessions"}, {"--limit", "3"}, {"--sessions", "codex", "--limit", "x"},
-             {"--worktrees", "--sessions", "claude"}}) {
+    for (const auto& bad : std::vector<std::vector<std::string>>{{"--sessions", "gemini"},
+                                                                 {"--sessions"},
+                                                                 {"--limit", "3"},
+                                                                 {"--sessions", "codex", "--limit", "x"},
+                                                                 {"--worktrees", "--sessions", "claude"}}) {
         SCOPED_TRACE(bad[0] + (bad.size() > 1 ? " " + bad[1] : ""));
         EXPECT_EQ(h.scan(bad).status, 2);
     }
@@ -194,7 +202,9 @@ TEST(AgentsCli, SessionsListTheLargestFilesOfEachAgent) {
 
 TEST(AgentsCli, DefaultScanNamesClaudeProjectsByTheirWorkingFolder) {
     AgentHome h;
-    writeText(h.home / ".claude/projects/-src-app/s.jsonl", std::string(R"({"cwd":")") + (h.home / "src/app").string() + R"("})" "\n");
+    writeText(h.home / ".claude/projects/-src-app/s.jsonl", std::string(R"({"cwd":")") + (h.home / "src/app").string()
+                                                                + R"("})"
+                                                                  "\n");
     h.tree->file("home/.claude/projects/-src-app/memory/m.md", 90'000);
 
     auto r = h.scan({"--json"});
@@ -204,7 +214,9 @@ TEST(AgentsCli, DefaultScanNamesClaudeProjectsByTheirWorkingFolder) {
         if (!line.contains("id") || line["id"] != "code.claude-sessions") continue;
         found = true;
         const auto size = static_cast<std::int64_t>(fs::file_size(h.home / ".claude/projects/-src-app/s.jsonl"));
-        EXPECT_EQ(line["entries"], (json{{{"path", (h.home / ".claude/projects/-src-app").string()}, {"size", size}, {"label", "~/src/app"}}}));
+        EXPECT_EQ(line["entries"], (json{{{"path", (h.home / ".claude/projects/-src-app").string()},
+                                          {"size", size},
+                                          {"label", "~/src/app"}}}));
     }
     EXPECT_TRUE(found);
 }

@@ -59,8 +59,9 @@ bool hasExtension(std::string_view name, std::string_view extension) {
 }
 
 std::optional<std::string> readSmallFile(const fs::path& file, std::size_t maxBytes) {
+    // Not a folder, and not a FIFO, whose opening would wait for a writer.
     std::error_code ec;
-    if (fs::is_directory(file, ec)) return std::nullopt;
+    if (!fs::is_regular_file(file, ec)) return std::nullopt;
     std::ifstream in(file, std::ios::binary);
     if (!in) return std::nullopt;
     std::string text(maxBytes + 1, '\0');
@@ -100,7 +101,7 @@ std::string repairedUtf8(std::string_view bytes) {
 
 std::string displayForm(const std::string& path, const std::string& home) {
     // A home of "/" would turn every path into "~…", which names nothing.
-    if (home.size() > 1 && path.starts_with(home)) return "~" + path.substr(home.size());
+    if (home.size() > 1 && path.starts_with(home)) return std::string("~").append(path, home.size());
     return path;
 }
 

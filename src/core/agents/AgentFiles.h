@@ -9,6 +9,9 @@
 // Small file and text services shared by the readers of what coding agents leave on disk.
 namespace lumabroom::AgentFiles {
 
+// Both agents keep one conversation per file with this extension.
+inline constexpr std::string_view kSessionExtension = "jsonl";
+
 // Logical length in bytes, following a link; nothing for a folder or what cannot be asked.
 std::optional<std::int64_t> logicalSize(const std::filesystem::path& file);
 
@@ -19,7 +22,7 @@ std::optional<std::filesystem::file_time_type> modificationTime(const std::files
 // case-sensitively. A hidden name such as ".jsonl" has no extension.
 bool hasExtension(std::string_view name, std::string_view extension);
 
-// A whole small file, or nothing if it cannot be read, is a folder, or is longer than `maxBytes`.
+// A whole small file, or nothing if it cannot be read, is no regular file, or is longer than `maxBytes`.
 std::optional<std::string> readSmallFile(const std::filesystem::path& file, std::size_t maxBytes);
 
 bool isValidUtf8(std::string_view bytes);

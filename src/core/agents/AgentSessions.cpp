@@ -16,8 +16,6 @@ namespace fs = std::filesystem;
 namespace lumabroom::AgentSessions {
 
 namespace {
-constexpr std::string_view kSessionExtension = "jsonl";
-
 std::string utcDate(fs::file_time_type time) {
     const auto days = std::chrono::floor<std::chrono::days>(std::chrono::file_clock::to_sys(time));
     const std::chrono::year_month_day date{days};
@@ -34,7 +32,7 @@ void collectCodexSessions(const std::string& folder, std::vector<fs::path>& foun
     if (!names) return;
     for (const auto& name : *names) {
         std::string path = folder + "/" + name;
-        if (AgentFiles::hasExtension(name, kSessionExtension)) found.emplace_back(path);
+        if (AgentFiles::hasExtension(name, AgentFiles::kSessionExtension)) found.emplace_back(path);
         std::error_code ec;
         if (fs::symlink_status(path, ec).type() == fs::file_type::directory) collectCodexSessions(path, found);
     }
@@ -44,8 +42,10 @@ void collectCodexSessions(const std::string& folder, std::vector<fs::path>& foun
 std::vector<ScanEntry> top(const std::vector<fs::path>& files, std::size_t limit) {
     std::vector<ScanEntry> entries;
     for (const auto& file : files)
-        if (auto size = AgentFiles::logicalSize(file); size && *size >= 1) entries.push_back({file, *size, std::nullopt});
-    std::stable_sort(entries.begin(), entries.end(), [](const ScanEntry& a, const ScanEntry& b) { return a.size > b.size; });
+        if (auto size = AgentFiles::logicalSize(file); size && *size >= 1)
+            entries.push_back({file, *size, std::nullopt});
+    std::stable_sort(entries.begin(), entries.end(),
+                     [](const ScanEntry& a, const ScanEntry& b) { return a.size > b.size; });
     if (entries.size() > limit) entries.resize(limit);
     for (auto& entry : entries) entry.label = EntryLabel{LiteralLabel{label(entry.url)}};
     return entries;
@@ -62,7 +62,7 @@ std::vector<ScanEntry> largestClaudeSessions(std::size_t limit) {
         auto names = FileSystem::listDirectory(folder);
         if (!names) continue;
         for (const auto& name : *names)
-            if (AgentFiles::hasExtension(name, kSessionExtension)) files.emplace_back(folder + "/" + name);
+            if (AgentFiles::hasExtension(name, AgentFiles::kSessionExtension)) files.emplace_back(folder + "/" + name);
     }
     return top(files, limit);
 }

@@ -14,8 +14,6 @@ namespace fs = std::filesystem;
 namespace lumabroom::ClaudeProjects {
 
 namespace {
-constexpr std::string_view kSessionExtension = "jsonl";
-
 // Byte length of a whitespace character at `i` (the Unicode White_Space set), or 0.
 std::size_t whitespaceLength(std::string_view s, std::size_t i) {
     const auto at = [&](std::size_t k) { return i + k < s.size() ? static_cast<unsigned char>(s[i + k]) : 0u; };
@@ -42,7 +40,7 @@ std::size_t characterLength(std::string_view s, std::size_t i) {
 std::vector<fs::path> sessionFilesIn(const std::string& folder, const std::vector<std::string>& names) {
     std::vector<fs::path> files;
     for (const auto& name : names)
-        if (AgentFiles::hasExtension(name, kSessionExtension)) files.emplace_back(folder + "/" + name);
+        if (AgentFiles::hasExtension(name, AgentFiles::kSessionExtension)) files.emplace_back(folder + "/" + name);
     return files;
 }
 
@@ -86,7 +84,8 @@ std::vector<ScanEntry> sessionEntries() {
     std::vector<ScanEntry> entries;
     for (auto& entry : found)
         if (entry) entries.push_back(std::move(*entry));
-    std::stable_sort(entries.begin(), entries.end(), [](const ScanEntry& a, const ScanEntry& b) { return a.size > b.size; });
+    std::stable_sort(entries.begin(), entries.end(),
+                     [](const ScanEntry& a, const ScanEntry& b) { return a.size > b.size; });
     return entries;
 }
 
@@ -116,6 +115,9 @@ bool removeSessions(const fs::path& projectFolder) {
 
 std::optional<std::string> head(const fs::path& file, std::size_t bytes) {
     if (bytes == 0) return std::nullopt;
+    // Opening a FIFO would wait for a writer that may never come.
+    std::error_code ec;
+    if (!fs::is_regular_file(file, ec)) return std::nullopt;
     std::ifstream in(file, std::ios::binary);
     if (!in) return std::nullopt;
     std::string data(bytes, '\0');

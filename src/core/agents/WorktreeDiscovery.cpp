@@ -122,7 +122,8 @@ std::vector<std::string> codexSessionSeeds() {
     auto sqlite = CommandRunner::findBinary(ToolPaths::candidates(Tool::sqlite3));
     if (!sqlite) return {};
     auto output = CommandRunner::run(
-        *sqlite, {"-readonly", "file:" + database + "?mode=ro", "SELECT DISTINCT cwd FROM threads;"}, kSqliteTimeoutSeconds);
+        *sqlite, {"-readonly", "file:" + database + "?mode=ro", "SELECT DISTINCT cwd FROM threads;"},
+        kSqliteTimeoutSeconds);
     if (!output) return {};
     std::vector<std::string> seeds;
     for (auto line : nonEmptyLines(*output)) seeds.emplace_back(line);
@@ -148,7 +149,8 @@ std::optional<fs::path> mainRepo(const fs::path& folder) {
     if (!output) return std::nullopt;
     const std::string_view answer = trimmed(*output, isWhitespaceOrNewline);
     if (answer.empty()) return std::nullopt;
-    std::string gitDirectory = answer.starts_with("/") ? std::string(answer) : (folder / answer).lexically_normal().string();
+    std::string gitDirectory
+        = answer.starts_with("/") ? std::string(answer) : (folder / answer).lexically_normal().string();
     constexpr std::string_view suffix = "/.git";
     if (!gitDirectory.ends_with(suffix)) return std::nullopt;
     gitDirectory.resize(gitDirectory.size() - suffix.size());
@@ -198,7 +200,8 @@ WorktreeState collectState(const fs::path& worktree) {
         const std::string_view digits = trimmed(*count, isWhitespaceOrNewline);
         int value = 0;
         auto [end, error] = std::from_chars(digits.data(), digits.data() + digits.size(), value);
-        if (!digits.empty() && error == std::errc() && end == digits.data() + digits.size()) state.orphanCommits = value;
+        if (!digits.empty() && error == std::errc() && end == digits.data() + digits.size())
+            state.orphanCommits = value;
     }
     return state;
 }
@@ -228,7 +231,9 @@ void discover(const UpdateCallback& onUpdateOrNone) {
     std::set<std::string> parentSet;
     for (const auto& c : candidates) parentSet.insert(c.parent);
     const std::vector<std::string> parents(parentSet.begin(), parentSet.end());
-    const auto remoteAnswers = ParallelMap::run(parents, [](const std::string& repo) { return Git::run({"-C", repo, "remote"}); });
+    const auto remoteAnswers = ParallelMap::run(parents, [](const std::string& repo) {
+        return Git::run({"-C", repo, "remote"});
+    });
     std::map<std::string, bool, std::less<>> hasRemote;
     for (std::size_t i = 0; i < parents.size(); ++i)
         hasRemote[parents[i]] = !trimmed(remoteAnswers[i].value_or(""), isWhitespaceOrNewline).empty();

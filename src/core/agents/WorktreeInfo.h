@@ -11,13 +11,13 @@ namespace lumabroom {
 // One git worktree with what deleting it would lose.
 struct WorktreeInfo {
     std::filesystem::path path;
-    std::string repoName;               // last component of `path`, not of the main repository
-    std::filesystem::path parentRepo;   // the main repository's working folder
-    std::optional<std::string> branch;  // none on a detached HEAD or when git gave no answer
-    std::optional<std::int64_t> size;   // allocated bytes, once the size pass has reached it
+    std::string repoName;              // last component of `path`, not of the main repository
+    std::filesystem::path parentRepo;  // the main repository's working folder
+    std::optional<std::string> branch; // none on a detached HEAD or when git gave no answer
+    std::optional<std::int64_t> size;  // allocated bytes, once the size pass has reached it
     std::optional<std::chrono::sys_seconds> lastModified;
-    int dirtyFiles = 0;                 // changed, renamed, conflicted and untracked paths
-    int orphanCommits = 0;              // commits that only this worktree's HEAD reaches
+    int dirtyFiles = 0;    // changed, renamed, conflicted and untracked paths
+    int orphanCommits = 0; // commits that only this worktree's HEAD reaches
     bool hasRemote = false;
 
     std::string id() const { return path.string(); }

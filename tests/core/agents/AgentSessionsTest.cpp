@@ -60,8 +60,8 @@ TEST(AgentSessions, ClaudeSessionsOneLevelDeepLargestFirstWithLabels) {
     auto all = AgentSessions::largestClaudeSessions(10);
     EXPECT_EQ(pathsAndSizes(all), (std::vector<std::pair<std::string, std::int64_t>>{
                                       {big.string(), 900}, {outside.string(), 700}, {noCwd.string(), 500}}));
-    EXPECT_EQ(labels(all), (std::vector<std::string>{"~/src/app · 2024-03-01", "/srv/x · 2024-03-01",
-                                                     "plain.name · 2024-02-29"}));
+    EXPECT_EQ(labels(all),
+              (std::vector<std::string>{"~/src/app · 2024-03-01", "/srv/x · 2024-03-01", "plain.name · 2024-02-29"}));
 
     EXPECT_EQ(pathsAndSizes(AgentSessions::largestClaudeSessions(2)),
               (std::vector<std::pair<std::string, std::int64_t>>{{big.string(), 900}, {outside.string(), 700}}));

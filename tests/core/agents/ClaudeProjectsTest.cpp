@@ -6,6 +6,7 @@
 #include <gtest/gtest.h>
 
 #include <fstream>
+#include <sys/stat.h>
 
 using namespace lumabroom;
 using namespace lumabroom::test;
@@ -16,7 +17,11 @@ namespace {
 constexpr std::int64_t kMarch2020 = 1583020800; // 2020-03-01T00:00:00Z
 constexpr std::int64_t kMarch2024 = 1709294400; // 2024-03-01T12:00:00Z
 
-std::string line(const std::string& cwd) { return R"({"type":"user","cwd":")" + cwd + R"(","message":"hi"})" "\n"; }
+std::string line(const std::string& cwd) {
+    return R"({"type":"user","cwd":")" + cwd
+           + R"(","message":"hi"})"
+             "\n";
+}
 
 std::string padded(std::string text, std::size_t bytes) {
     text.resize(bytes, ' ');
@@ -90,6 +95,8 @@ TEST(ClaudeProjects, HeadReadsAtMostTheGivenBytesAndRepairsUtf8) {
     EXPECT_EQ(ClaudeProjects::head(t / "empty", 100), std::nullopt);
     EXPECT_EQ(ClaudeProjects::head(t / "missing", 100), std::nullopt);
     EXPECT_EQ(ClaudeProjects::head(t.root(), 100), std::nullopt) << "a folder";
+    ASSERT_EQ(::mkfifo((t / "fifo").c_str(), 0644), 0);
+    EXPECT_EQ(ClaudeProjects::head(t / "fifo", 100), std::nullopt) << "a FIFO, without waiting for a writer";
 }
 
 TEST(ClaudeProjects, SessionEntriesMeasureSessionFilesAndNameTheNewestWorkingFolder) {
@@ -149,12 +156,18 @@ TEST(ClaudeProjects, WorkspaceSeedsAreFullPathsInListingOrder) {
     h.session("d", "old.jsonl", line("/srv/old"), kMarch2020);
     h.session("d", "new.jsonl", line("/srv/new"), kMarch2024);
     h.session("e", "s.jsonl", line("/srv/b"), kMarch2024); // not de-duplicated here
+    h.session("f", "one.jsonl", line("/srv/one"), kMarch2024); // equal times: the first listed wins
+    h.session("f", "two.jsonl", line("/srv/two"), kMarch2024);
+    std::string firstOfF;
+    for (const auto& e : fs::directory_iterator(h.home / ".claude/projects/f"))
+        if (firstOfF.empty()) firstOfF = e.path().filename() == "one.jsonl" ? "/srv/one" : "/srv/two";
 
     std::vector<std::string> expected;
     for (const auto& name : h.listingOrder()) {
         if (name == "a") expected.push_back(home + "/proj-a");
         if (name == "b" || name == "e") expected.push_back("/srv/b");
         if (name == "d") expected.push_back("/srv/new");
+        if (name == "f") expected.push_back(firstOfF);
     }
     EXPECT_EQ(ClaudeProjects::workspaceSeeds(), expected);
 }

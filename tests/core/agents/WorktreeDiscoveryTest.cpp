@@ -8,6 +8,7 @@
 
 #include <algorithm>
 #include <map>
+#include <sys/stat.h>
 
 using namespace lumabroom;
 using namespace lumabroom::test;
@@ -49,7 +50,9 @@ std::vector<std::string> listingOrder(const fs::path& folder) {
     return names;
 }
 
-void ballast(const fs::path& worktree, std::size_t bytes) { writeText(worktree / "ballast.bin", std::string(bytes, 'b')); }
+void ballast(const fs::path& worktree, std::size_t bytes) {
+    writeText(worktree / "ballast.bin", std::string(bytes, 'b'));
+}
 
 } // namespace
 
@@ -115,6 +118,8 @@ TEST(WorktreeDiscovery, FindsEveryWorktreeOnceWithGitFactsThenSizes) {
     git(t.root(), {"init", "-q", (worktrees / "a5/clone").string()});
     writeText(worktrees / "a7/bad/.git", "gitdir: /x\xFF/.git/worktrees/y\n");
     writeText(worktrees / "README", "not a folder");
+    fs::create_directories(worktrees / "a8/fifo");
+    ASSERT_EQ(::mkfifo((worktrees / "a8/fifo/.git").c_str(), 0644), 0);
     const fs::path spaced = worktrees / "a6/spaced";
     writeText(spaced / ".git", "  gitdir:     " + beta.string() + "/.git/worktrees/spaced  \n\n");
 
@@ -131,7 +136,9 @@ TEST(WorktreeDiscovery, FindsEveryWorktreeOnceWithGitFactsThenSizes) {
                       {(alpha / "sub").string(), home.string(), "/tmpdata/repo", solo.string(), empty.string(),
                        (home / "Library/x").string(), (alpha / "sub").string(), (home / "src/missing").string(),
                        "rel/x", (home / "src/plain").string()});
-    writeText(home / ".claude/projects/p1/s.jsonl", R"({"cwd":")" + betaDirty.string() + R"("})" "\n");
+    writeText(home / ".claude/projects/p1/s.jsonl", R"({"cwd":")" + betaDirty.string()
+                                                        + R"("})"
+                                                          "\n");
 
     auto reports = discoverAll();
 
@@ -204,5 +211,6 @@ TEST(WorktreeDiscovery, WithoutGitTheFolderScanStillFindsWorktrees) {
     ToolPaths::setOverride(Tool::git, std::nullopt);
 
     ASSERT_EQ(reports.size(), 2u);
-    EXPECT_EQ(factsOf(reports[1]), (std::map<std::string, Facts>{{wt.string(), {repo.string(), std::nullopt, 0, 0, false}}}));
+    EXPECT_EQ(factsOf(reports[1]),
+              (std::map<std::string, Facts>{{wt.string(), {repo.string(), std::nullopt, 0, 0, false}}}));
 }

@@ -103,11 +103,23 @@ TEST(WorktreeState, FilteredSeedsUseStringPrefixesAndKeepFirstOccurrences) {
     t.dir("home/Documents/Codex/p");
     t.file("home/file.txt", 1);
 
-    const std::vector<std::string> seeds{
-        repo, "relative/path", "/", home, "/tmp", "/tmpdata/repo", "/private/tmp/x", "/var/folders/ab/x",
-        "/private/var/folders/x", home + "/.codex/worktrees/a", home + "/Library/x", home + "/Documents/Codex/p",
-        home + "/file.txt", home + "/missing", other, repo, library2,
-    };
+    const std::vector<std::string> seeds{repo,
+                                         "relative/path",
+                                         "/",
+                                         home,
+                                         "/tmp",
+                                         "/tmpdata/repo",
+                                         "/private/tmp/x",
+                                         "/var/folders/ab/x",
+                                         "/private/var/folders/x",
+                                         home + "/.codex/worktrees/a",
+                                         home + "/Library/x",
+                                         home + "/Documents/Codex/p",
+                                         home + "/file.txt",
+                                         home + "/missing",
+                                         other,
+                                         repo,
+                                         library2};
     EXPECT_EQ(WorktreeDiscovery::filteredSeeds(seeds, home), (std::vector<fs::path>{repo, other}));
 }
 
@@ -135,15 +147,15 @@ TEST(WorktreeState, CollectStateGivesTheFactsOfRealRepositories) {
     commitFile(repo, "conflict.txt", "main side\n");
     commitFile(dirty, "conflict.txt", "dirty side\n");
     git(dirty, {"merge", "-q", "main"}, /*mayFail=*/true);
-    writeText(dirty / "tracked.txt", "changed\n");                  // 1 .M
+    writeText(dirty / "tracked.txt", "changed\n"); // 1 .M
     writeText(dirty / "both.txt", "staged\n");
     git(dirty, {"add", "both.txt"});
-    writeText(dirty / "both.txt", "and changed again\n");           // 1 MM, still one line
-    fs::remove(dirty / "gone.txt");                                  // 1 .D
-    git(dirty, {"mv", "old-name.txt", "new-name.txt"});              // 2 R.
+    writeText(dirty / "both.txt", "and changed again\n"); // 1 MM, still one line
+    fs::remove(dirty / "gone.txt");                       // 1 .D
+    git(dirty, {"mv", "old-name.txt", "new-name.txt"});   // 2 R.
     writeText(dirty / "added.txt", "new\n");
-    git(dirty, {"add", "added.txt"});                                // 1 A.
-    writeText(dirty / "untracked.txt", "u\n");                       // ?
+    git(dirty, {"add", "added.txt"});          // 1 A.
+    writeText(dirty / "untracked.txt", "u\n"); // ?
     writeText(dirty / "ballast.bin", "ignored files are not counted\n");
 
     // Detached two commits past main, and detached on a commit that a branch holds.
@@ -235,8 +247,8 @@ TEST(WorktreeState, RemovalPutsForceDirectlyBeforeThePathAndChecksWhatIsLeft) {
     EXPECT_FALSE(CodexWorktreeLister::remove(info, false));
     EXPECT_FALSE(CodexWorktreeLister::remove(info, true));
     const std::string repo = (t / "repo").string();
-    EXPECT_EQ(readAll(t / "git-args"), "-C " + repo + " worktree remove " + path.string() + "\n" +
-                                           "-C " + repo + " worktree remove --force " + path.string() + "\n");
+    EXPECT_EQ(readAll(t / "git-args"), "-C " + repo + " worktree remove " + path.string() + "\n" + "-C " + repo
+                                           + " worktree remove --force " + path.string() + "\n");
 
     // A git that succeeds and really removes the folder.
     GitOverride removing(recordingGit(t, "rm -rf '" + path.string() + "'\n").string());
