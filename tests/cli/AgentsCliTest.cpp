@@ -1,6 +1,7 @@
 #include "core/agents/GitRepo.h"
 #include "support/Process.h"
 #include "support/TempTree.h"
+#include "support/Text.h"
 
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
@@ -15,12 +16,6 @@ using nlohmann::json;
 namespace fs = std::filesystem;
 
 namespace {
-
-std::string scanner() {
-    const char* path = std::getenv("LUMABROOM_SCAN");
-    return path ? path : "lumabroom-scan";
-}
-
 std::vector<json> jsonLines(const std::string& out) {
     std::vector<json> lines;
     std::istringstream in(out);
@@ -43,7 +38,7 @@ struct AgentHome {
     fs::path home = tree->dir("home");
 
     ProcessResult scan(std::vector<std::string> args) const {
-        args.insert(args.begin(), scanner());
+        args.insert(args.begin(), scannerBinary());
         return runProcess(args, {{"HOME", home.string()},
                                  {"TMPDIR", tree->dir("tmp").string() + "/"},
                                  {"XDG_DATA_HOME", (home / ".local/share").string()},

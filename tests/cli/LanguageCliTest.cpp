@@ -1,5 +1,6 @@
 #include "support/Process.h"
 #include "support/TempTree.h"
+#include "support/Text.h"
 
 #include "host/Platform.h"
 #include "host/Settings.h"
@@ -19,26 +20,6 @@ using namespace lumabroom::test;
 namespace fs = std::filesystem;
 
 namespace {
-std::string scanner() {
-    const char* path = std::getenv("LUMABROOM_SCAN");
-    constexpr const char* built = LUMABROOM_SCAN_PATH;
-    return path ? path : built;
-}
-
-bool containsCjk(std::string_view utf8) {
-    for (std::size_t i = 0; i < utf8.size();) {
-        const auto lead = static_cast<unsigned char>(utf8[i]);
-        const std::size_t length = lead < 0x80 ? 1 : lead < 0xE0 ? 2 : lead < 0xF0 ? 3 : 4;
-        char32_t point = length == 1 ? lead : length == 2 ? lead & 0x1F : length == 3 ? lead & 0x0F : lead & 0x07;
-        for (std::size_t k = 1; k < length && i + k < utf8.size(); ++k)
-            point = (point << 6) | (static_cast<unsigned char>(utf8[i + k]) & 0x3F);
-        i += length;
-        if ((point >= 0x2E80 && point <= 0x9FFF) || (point >= 0xF900 && point <= 0xFAFF)
-            || (point >= 0xFF00 && point <= 0xFFEF) || (point >= 0x20000 && point <= 0x3FFFF))
-            return true;
-    }
-    return false;
-}
 
 // A macOS-like home with something for several rules, and a settings folder of its own that a
 // child finds through XDG_CONFIG_HOME.
@@ -67,7 +48,7 @@ struct Home {
                                                {"XDG_CONFIG_HOME", (tree / "config").string()},
                                                {"PATH", "/usr/bin:/bin"}};
         if (!languageVariable.empty()) env["LANGUAGE"] = languageVariable;
-        args.insert(args.begin(), {scanner(), "--catalogue", "macos"});
+        args.insert(args.begin(), {scannerBinary(), "--catalogue", "macos"});
         return runProcess(args, env);
     }
 };

@@ -1,5 +1,6 @@
 #include "support/Process.h"
 #include "support/TempTree.h"
+#include "support/Text.h"
 
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
@@ -14,18 +15,13 @@ using nlohmann::json;
 namespace fs = std::filesystem;
 
 namespace {
-std::string scanner() {
-    const char* path = std::getenv("LUMABROOM_SCAN");
-    return path ? path : "lumabroom-scan";
-}
-
 struct Home {
     TempTree tree;
     std::map<std::string, std::string> env() const {
         return {{"HOME", (tree / "home").string()}, {"TMPDIR", (tree / "tmp").string() + "/"}, {"PATH", "/usr/bin:/bin"}};
     }
     ProcessResult scan(std::vector<std::string> args) const {
-        args.insert(args.begin(), scanner());
+        args.insert(args.begin(), scannerBinary());
         return runProcess(args, env());
     }
 };

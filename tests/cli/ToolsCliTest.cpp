@@ -1,5 +1,6 @@
 #include "support/Process.h"
 #include "support/TempTree.h"
+#include "support/Text.h"
 
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
@@ -13,12 +14,6 @@ using nlohmann::json;
 namespace fs = std::filesystem;
 
 namespace {
-
-std::string scanner() {
-    const char* path = std::getenv("LUMABROOM_SCAN");
-    return path ? path : "lumabroom-scan";
-}
-
 void writeText(const fs::path& path, const std::string& text) {
     fs::create_directories(path.parent_path());
     std::ofstream(path, std::ios::binary | std::ios::trunc) << text;
@@ -70,7 +65,7 @@ struct Home {
         return {{"HOME", home().string()}, {"TMPDIR", (tree / "tmp").string() + "/"}, {"PATH", "/usr/bin:/bin"}};
     }
     ProcessResult run(std::vector<std::string> args) const {
-        args.insert(args.begin(), scanner());
+        args.insert(args.begin(), scannerBinary());
         return runProcess(args, env());
     }
     // OrbStack's docker, the first place the program looks, answering the two usage commands.

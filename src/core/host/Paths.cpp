@@ -21,22 +21,31 @@ std::string withTrailingSlash(std::string path) {
     return path;
 }
 
-std::string passwordDatabaseHome() {
+struct Account {
+    std::string home;
+    std::string shell;
+};
+
+Account passwordDatabaseEntry() {
     long hint = ::sysconf(_SC_GETPW_R_SIZE_MAX);
     std::vector<char> buffer(hint > 0 ? static_cast<std::size_t>(hint) : 16384);
     struct passwd entry {};
     struct passwd* found = nullptr;
-    if (::getpwuid_r(::getuid(), &entry, buffer.data(), buffer.size(), &found) == 0 && found && found->pw_dir)
-        return found->pw_dir;
-    return "/";
+    if (::getpwuid_r(::getuid(), &entry, buffer.data(), buffer.size(), &found) != 0 || !found) return {};
+    return {found->pw_dir ? found->pw_dir : "", found->pw_shell ? found->pw_shell : ""};
 }
 } // namespace
 
 std::string homeDirectory() {
     std::string home = environment("HOME");
-    if (home.empty()) home = passwordDatabaseHome();
+    if (home.empty()) home = passwordDatabaseEntry().home;
     while (home.size() > 1 && home.back() == '/') home.pop_back();
-    return home;
+    return home.empty() ? std::string(1, '/') : home;
+}
+
+std::string loginShell() {
+    Account account = passwordDatabaseEntry();
+    return account.shell.starts_with('/') ? account.shell : std::string();
 }
 
 std::string temporaryDirectory() {

@@ -8,6 +8,9 @@ namespace lumabroom::Paths {
 // HOME when set and not empty, else the password database's entry of the user.
 std::string homeDirectory();
 
+// The user's login shell from the password database; empty if it has none or not an absolute one.
+std::string loginShell();
+
 // The user's temporary folder, always ending in "/": on macOS the per-user folder of the system,
 // elsewhere TMPDIR, else "/tmp/".
 std::string temporaryDirectory();

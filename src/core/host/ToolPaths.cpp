@@ -1,11 +1,10 @@
 #include "host/ToolPaths.h"
 
+#include "host/Paths.h"
 #include "host/Platform.h"
 
 #include <map>
 #include <mutex>
-#include <pwd.h>
-#include <unistd.h>
 
 namespace lumabroom::ToolPaths {
 
@@ -15,17 +14,6 @@ std::mutex overridesLock;
 std::map<Tool, std::string>& overrides() {
     static std::map<Tool, std::string> paths;
     return paths;
-}
-
-std::string passwordDatabaseShell() {
-    long hint = ::sysconf(_SC_GETPW_R_SIZE_MAX);
-    std::vector<char> buffer(hint > 0 ? static_cast<std::size_t>(hint) : 16384);
-    struct passwd entry {};
-    struct passwd* found = nullptr;
-    if (::getpwuid_r(::getuid(), &entry, buffer.data(), buffer.size(), &found) == 0 && found && found->pw_shell &&
-        found->pw_shell[0] == '/')
-        return found->pw_shell;
-    return {};
 }
 } // namespace
 
@@ -42,7 +30,7 @@ std::vector<std::string> candidates(Tool tool) {
         return {"/usr/bin/sqlite3"};
     case Tool::shell: {
         if (mac) return {"/bin/zsh"};
-        std::string login = passwordDatabaseShell();
+        std::string login = Paths::loginShell();
         if (login.empty() || login == "/bin/sh") return {"/bin/sh"};
         return {login, "/bin/sh"};
     }

@@ -1,5 +1,7 @@
 #include "tools/DockerUsageLister.h"
 
+#include "text/Strings.h"
+
 #include <nlohmann/json.hpp>
 
 namespace lumabroom::DockerUsageLister {
@@ -9,18 +11,6 @@ namespace {
 constexpr double kTimeoutSeconds = 20;
 
 using nlohmann::json;
-
-std::vector<std::string_view> split(std::string_view text, char separator) {
-    std::vector<std::string_view> pieces;
-    while (!text.empty()) {
-        auto end = text.find(separator);
-        auto piece = text.substr(0, end);
-        if (!piece.empty()) pieces.push_back(piece);
-        if (end == std::string_view::npos) break;
-        text.remove_prefix(end + 1);
-    }
-    return pieces;
-}
 
 std::string countText(const json& row) {
     auto it = row.find("TotalCount");
@@ -34,7 +24,7 @@ std::string countText(const json& row) {
 std::optional<std::string> reclaimableText(const json& row) {
     auto it = row.find("Reclaimable");
     if (it == row.end() || !it->is_string()) return std::nullopt;
-    auto pieces = split(it->get_ref<const std::string&>(), ' ');
+    auto pieces = Strings::splitNonEmpty(it->get_ref<const std::string&>(), ' ');
     if (pieces.empty() || pieces.front() == "0B") return std::nullopt;
     return std::string(pieces.front());
 }
@@ -49,7 +39,7 @@ std::string_view textOf(const json& row, const char* key) {
 
 std::vector<ScanEntry> parse(std::string_view output, const std::filesystem::path& pseudoBase) {
     std::vector<ScanEntry> rows;
-    for (auto line : split(output, '\n')) {
+    for (auto line : Strings::splitNonEmpty(output, '\n')) {
         json row = json::parse(line, nullptr, false);
         if (!row.is_object()) continue;
         auto type = row.find("Type");

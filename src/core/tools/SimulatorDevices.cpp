@@ -2,6 +2,7 @@
 
 #include "clean/CommandRunner.h"
 #include "host/ToolPaths.h"
+#include "text/Strings.h"
 
 #include <plist/plist.h>
 
@@ -30,18 +31,6 @@ std::optional<std::string> stringValue(plist_t dictionary, const char* key) {
     const char* text = plist_get_string_ptr(node, &length);
     if (!text) return std::nullopt;
     return std::string(text, static_cast<std::size_t>(length));
-}
-
-std::vector<std::string_view> split(std::string_view text, char separator) {
-    std::vector<std::string_view> pieces;
-    while (!text.empty()) {
-        auto end = text.find(separator);
-        auto piece = text.substr(0, end);
-        if (!piece.empty()) pieces.push_back(piece);
-        if (end == std::string_view::npos) break;
-        text.remove_prefix(end + 1);
-    }
-    return pieces;
 }
 
 } // namespace
@@ -77,7 +66,7 @@ std::optional<std::string> deviceNameFromPropertyList(std::string_view data) {
     // "com.apple.CoreSimulator.SimRuntime.iOS-17-2" → "iOS 17.2"
     std::string_view last = *runtime;
     if (auto dot = last.rfind('.'); dot != std::string_view::npos) last.remove_prefix(dot + 1);
-    auto pieces = split(last, '-');
+    auto pieces = Strings::splitNonEmpty(last, '-');
     if (pieces.size() < 2) return name;
     std::string result = *name + " · " + std::string(pieces[0]) + " ";
     for (std::size_t i = 1; i < pieces.size(); ++i) {

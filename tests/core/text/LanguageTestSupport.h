@@ -1,5 +1,6 @@
 #pragma once
 
+#include "support/Text.h"
 #include "text/Localization.h"
 
 #include <filesystem>
@@ -24,8 +25,5 @@ public:
 private:
     AppLanguage previous_;
 };
-
-// Whether UTF-8 text holds a Chinese character or a CJK or full-width punctuation mark.
-bool containsCjk(std::string_view utf8);
 
 } // namespace lumabroom::test
