@@ -1,5 +1,6 @@
 #include "ScanReport.h"
 
+#include "host/Paths.h"
 #include "text/Formatting.h"
 #include "text/Localization.h"
 
@@ -14,6 +15,14 @@ namespace lumabroom::ScanReport {
 
 namespace {
 std::string dump(const nlohmann::ordered_json& j) { return j.dump(-1, ' ', false, nlohmann::json::error_handler_t::replace); }
+
+// Paths below the home folder read shorter with "~" in its place.
+std::string displayPath(const std::filesystem::path& path, const std::string& home) {
+    const std::string text = path.string();
+    if (home.size() > 1 && text.size() > home.size() && text.compare(0, home.size(), home) == 0 && text[home.size()] == '/')
+        return std::string(1, '~').append(text, home.size(), std::string::npos);
+    return text;
+}
 
 std::string padded(std::string text, std::size_t width) {
     if (text.size() < width) text.insert(0, width - text.size(), ' ');
@@ -56,6 +65,7 @@ std::string readable(const std::vector<RuleScanResult>& results, const std::vect
                      double seconds, std::size_t entriesPerRule) {
     std::map<std::string, const RuleScanResult*, std::less<>> byId;
     for (const auto& r : results) byId[r.rule.id] = &r;
+    const std::string home = Paths::homeDirectory();
 
     std::string out;
     std::int64_t grandTotal = 0;
@@ -79,7 +89,7 @@ std::string readable(const std::vector<RuleScanResult>& results, const std::vect
             for (std::size_t i = 0; i < shown; ++i) {
                 const auto& e = r->entries[i];
                 out += "      " + padded(Formatting::bytes(e.size), 10) + "  "
-                       + (e.label ? e.label->text() : e.url.string()) + "\n";
+                       + (e.label ? e.label->text() : displayPath(e.url, home)) + "\n";
             }
             if (r->entries.size() > shown)
                 out += "      " + padded("", 10) + "  … " + std::to_string(r->entries.size() - shown) + " more\n";

@@ -137,7 +137,7 @@ TEST(ScanCli, ReadableReportGroupsRulesByCategory) {
     ASSERT_NE(xcode, std::string::npos);
     EXPECT_LT(xcode, pm);
     EXPECT_LT(pm, sys);
-    EXPECT_NE(r.out.find((h.tree / "home/.npm/_cacache").string()), std::string::npos);
+    EXPECT_NE(r.out.find("  ~/.npm/_cacache\n"), std::string::npos) << "paths below home start with ~";
     EXPECT_NE(r.out.find("\nTotal "), std::string::npos);
     EXPECT_NE(r.out.find(" kB"), std::string::npos) << "decimal units";
 }
