@@ -1,49 +1,23 @@
 #include "GitRepo.h"
 
-#include "support/TempTree.h"
-
 #include <gtest/gtest.h>
 
 #include <fstream>
 #include <sys/stat.h>
-#include <unistd.h>
 
 namespace fs = std::filesystem;
 
 namespace lumabroom::test {
 
-namespace {
-std::string gitPath() {
-    for (const char* place : {"/usr/bin/git", "/usr/local/bin/git", "/opt/homebrew/bin/git"})
-        if (::access(place, X_OK) == 0) return place;
-    return "git";
-}
-
-std::string sqlQuoted(const std::string& text) {
-    std::string quoted = "'";
-    for (char c : text) {
-        if (c == '\'') quoted += '\'';
-        quoted += c;
-    }
-    return quoted + "'";
-}
-} // namespace
-
 ProcessResult git(const fs::path& dir, const std::vector<std::string>& args, bool mayFail) {
-    std::vector<std::string> argv{gitPath(), "-C", dir.string()};
+    std::vector<std::string> argv{"/usr/bin/git", "-C", dir.string()};
     argv.insert(argv.end(), args.begin(), args.end());
-    auto result = runProcess(argv, {{"PATH", "/usr/bin:/bin:/usr/local/bin"},
-                                    {"HOME", dir.string()},
-                                    {"GIT_CONFIG_NOSYSTEM", "1"},
-                                    {"GIT_CONFIG_GLOBAL", "/dev/null"},
-                                    {"GIT_AUTHOR_NAME", "Tester"},
-                                    {"GIT_AUTHOR_EMAIL", "tester@example.com"},
-                                    {"GIT_COMMITTER_NAME", "Tester"},
-                                    {"GIT_COMMITTER_EMAIL", "tester@example.com"}});
-    if (!mayFail && result.status != 0) {
-        std::string line;
-        for (const auto& a : args) line += " " + a;
-        ADD_FAILURE() << "git" << line << " in " << dir << " failed: " << result.err;
+    auto result = runProcess(argv, {{"PATH", "/usr/bin:/bin:/usr/local/bin"}, {"HOME", dir.string()},
+                                    {"GIT_CONFIG_NOSYSTEM", "1"}, {"GIT_CONFIG_GLOBAL", "/dev/null"},
+                                    {"GIT_AUTHOR_NAME", "Tester"}, {"GIT_AUTHOR_EMAIL", "tester@example.com"},
+                                    {"GIT_COMMITTER_NAME", "Tester"}, {"GIT_COMMITTER_EMAIL", "tester@example.com"}});
+    if (!mayFail) {
+        EXPECT_EQ(result.status, 0) << "git " << args.front() << " in " << dir << ": " << result.err;
     }
     return result;
 }
@@ -69,16 +43,11 @@ void commitFile(const fs::path& dir, const std::string& file, const std::string&
     git(dir, {"commit", "-q", "-m", "change " + file});
 }
 
-std::string headCommit(const fs::path& dir) {
-    std::string out = git(dir, {"rev-parse", "HEAD"}).out;
-    while (!out.empty() && out.back() == '\n') out.pop_back();
-    return out;
-}
-
 void makeStateDatabase(const fs::path& file, const std::vector<std::string>& cwds) {
     fs::create_directories(file.parent_path());
     std::string sql = "CREATE TABLE threads(id INTEGER PRIMARY KEY, cwd TEXT NOT NULL, title TEXT);";
-    for (const auto& cwd : cwds) sql += "INSERT INTO threads(cwd, title) VALUES(" + sqlQuoted(cwd) + ", 'x');";
+    // The tests' paths hold no single quote.
+    for (const auto& cwd : cwds) sql += "INSERT INTO threads(cwd, title) VALUES('" + cwd + "', 'x');";
     auto result = runProcess({"/usr/bin/sqlite3", file.string(), sql}, {{"PATH", "/usr/bin:/bin"}});
     ASSERT_EQ(result.status, 0) << result.err;
 }
@@ -99,6 +68,12 @@ TreeFacts treeFacts(const fs::path& root) {
 std::unique_ptr<TempTree> treeOutsideTmp() {
     ScopedEnv base{{"TMPDIR", "/var/tmp"}};
     return std::make_unique<TempTree>();
+}
+
+fs::path AgentHome::write(const std::string& relative, const std::string& text, std::int64_t mtime) {
+    writeText(home / relative, text);
+    tree->setMTime("home/" + relative, mtime);
+    return home / relative;
 }
 
 } // namespace lumabroom::test

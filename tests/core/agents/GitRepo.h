@@ -9,8 +9,11 @@
 #include <string>
 #include <vector>
 
-// Real git repositories and state databases in known states, made with the installed tools.
+// Agents' homes, real git repositories and state databases in known states, made with the
+// installed tools.
 namespace lumabroom::test {
+
+inline constexpr std::int64_t kMarch2024 = 1709294400; // 2024-03-01T12:00:00Z
 
 // git with a fixed identity and no user or system configuration; fails the test on a nonzero status
 // unless `mayFail`.
@@ -23,7 +26,6 @@ void writeText(const std::filesystem::path& file, const std::string& text);
 void makeRepo(const std::filesystem::path& dir, bool empty = false);
 // Writes `file` (relative to `dir`) and commits it.
 void commitFile(const std::filesystem::path& dir, const std::string& file, const std::string& text);
-std::string headCommit(const std::filesystem::path& dir);
 
 // A Codex state database whose table "threads" holds these working folders, one row each.
 void makeStateDatabase(const std::filesystem::path& file, const std::vector<std::string>& cwds);
@@ -38,5 +40,15 @@ TreeFacts treeFacts(const std::filesystem::path& root);
 
 // A temporary tree outside "/tmp": worktree discovery ignores seeds there by design.
 std::unique_ptr<TempTree> treeOutsideTmp();
+
+// A home folder in such a tree, set as HOME with its Trash inside for the life of the object.
+struct AgentHome {
+    std::unique_ptr<TempTree> tree = treeOutsideTmp();
+    std::filesystem::path home = tree->dir("home");
+    ScopedEnv env{{"HOME", home.string()}, {"XDG_DATA_HOME", (home / ".local/share").string()}};
+
+    // Writes `text` to `relative` below the home folder, last modified at `mtime`.
+    std::filesystem::path write(const std::string& relative, const std::string& text, std::int64_t mtime = kMarch2024);
+};
 
 } // namespace lumabroom::test

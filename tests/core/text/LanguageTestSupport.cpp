@@ -12,15 +12,9 @@ namespace lumabroom::test {
 namespace {
 class SettingsSandbox : public testing::Environment {
 public:
-    void SetUp() override {
-        tree_.emplace();
-        Settings::useFolder(tree_->root());
-    }
-    void TearDown() override { tree_.reset(); }
-    const std::filesystem::path& folder() const { return tree_->root(); }
-
-private:
-    std::optional<TempTree> tree_;
+    void SetUp() override { Settings::useFolder(tree.emplace().root()); }
+    void TearDown() override { tree.reset(); }
+    std::optional<TempTree> tree;
 };
 
 // gtest owns the environment.
@@ -28,6 +22,6 @@ SettingsSandbox* const sandbox =
     static_cast<SettingsSandbox*>(testing::AddGlobalTestEnvironment(new SettingsSandbox));
 } // namespace
 
-const std::filesystem::path& settingsFolder() { return sandbox->folder(); }
+const std::filesystem::path& settingsFolder() { return sandbox->tree->root(); }
 
 } // namespace lumabroom::test

@@ -1,0 +1,153 @@
+#include "FakeTool.h"
+
+#include "host/ToolPaths.h"
+#include "tools/DockerCLI.h"
+#include "tools/DockerInventoryLister.h"
+#include "tools/DockerItemRemover.h"
+#include "tools/DockerPruner.h"
+#include "tools/DockerUsageLister.h"
+#include "tools/OrbStackRefresher.h"
+
+#include "support/TempTree.h"
+
+#include <gtest/gtest.h>
+
+#include <functional>
+
+using namespace lumabroom;
+using namespace lumabroom::test;
+using Kind = DockerItem::Kind;
+namespace fs = std::filesystem;
+
+namespace {
+
+// A fake docker found through the test seam, and a daemon socket that exists only after
+// startDaemon(). It is the second of two candidates, so that every candidate counts.
+class DockerTest : public ::testing::Test {
+protected:
+    DockerTest() {
+        ToolPaths::setOverride(Tool::docker, docker.binary.string());
+        DockerCLI::setSocketCandidatesForTesting(
+            std::vector<std::string>{(tree / "absent.sock").string(), (tree / "docker.sock").string()});
+    }
+    ~DockerTest() override {
+        ToolPaths::setOverride(Tool::docker, std::nullopt);
+        DockerCLI::setSocketCandidatesForTesting(std::nullopt);
+    }
+    void startDaemon() { tree.file("docker.sock"); }
+
+    TempTree tree;
+    FakeTool docker{tree / "docker"};
+};
+
+std::string dfLine(const std::string& type, const std::string& size) {
+    return R"~({"Reclaimable":"0B (0%)","Size":")~" + size + R"(","TotalCount":"1","Type":")" + type + "\"}\n";
+}
+
+} // namespace
+
+TEST(DockerCLI, ParseSizeProbesTheUnitTableInOrder) {
+    const std::pair<const char*, std::int64_t> cases[] = {
+        {"512B", 512}, {"12.3kB", 12300}, {"12.3KB", 12300}, {"438MB", 438000000}, {"1.2GB", 1200000000},
+        {"1.5TB", 1500000000000}, // by the "TB" row, not read as "1.5T" + "B"
+        {"4.1MB", 4099999},       // truncated, not rounded
+        {"1.5GiB", 0}, {"N/A", 0}, {"", 0}, {"B", 0}, {" 5MB", 0},
+    };
+    for (const auto& [text, bytes] : cases) {
+        SCOPED_TRACE(text);
+        EXPECT_EQ(DockerCLI::parseSize(text), bytes);
+    }
+}
+
+TEST(DockerUsageLister, ReadsEachKnownRowLenientlyInTheToolsOrder) {
+    // A warning line, rows of other types, counts as numbers and strings, missing and ill-typed fields.
+    const std::string output =
+        "WARNING: not JSON at all\n"
+        R"~({"Active":"1","Reclaimable":"1.2GB (45%)","Size":"2.7GB","TotalCount":"5","Type":"Images"})~" "\n"
+        R"~({"Active":"1","Reclaimable":"0B (0%)","Size":"12.3kB","TotalCount":3,"Type":"Containers"})~" "\n"
+        R"~({"Active":"0","Reclaimable":"1GB","Size":"1GB","TotalCount":"1","Type":"Networks"})~" "\n"
+        R"~({"Type":7,"Size":"9GB"})~" "\n"
+        R"~({"Active":"1","Reclaimable":"  330MB   (100%)","Size":"330MB","Type":"Local Volumes"})~" "\n"
+        R"~({"Active":"0","Size":12,"TotalCount":true,"Type":"Build Cache"})~";
+    const std::vector<ScanEntry> expected{
+        {"/d/docker/images", 2700000000, EntryLabel{DockerUsageLabel{DockerUsageKind::images, "5", "1.2GB"}}},
+        {"/d/docker/containers", 12300, EntryLabel{DockerUsageLabel{DockerUsageKind::containers, "3", std::nullopt}}},
+        {"/d/docker/volumes", 330000000, EntryLabel{DockerUsageLabel{DockerUsageKind::volumes, "?", "330MB"}}},
+        {"/d/docker/buildCache", 0, EntryLabel{DockerUsageLabel{DockerUsageKind::buildCache, "?", std::nullopt}}},
+    };
+    EXPECT_EQ(DockerUsageLister::parse(output, "/d/docker"), expected);
+}
+
+TEST_F(DockerTest, WithoutTheSocketOrWithAFailingToolNoOperationGivesAnything) {
+    EXPECT_FALSE(DockerCLI::daemonAvailable());
+    // First no process may start; then the tool fails, with output that each operation would take.
+    for (int status : {0, 1}) {
+        SCOPED_TRACE(status);
+        if (status == 1) startDaemon();
+        docker.respond("*", R"({"Type":"Images","Size":"1GB","TotalCount":"1"})", status);
+        EXPECT_EQ(DockerUsageLister::entries(tree / "docker"), std::vector<ScanEntry>{});
+        EXPECT_EQ(DockerInventoryLister::fetch(), std::nullopt);
+        for (auto target : allDockerPruneTargets) EXPECT_EQ(DockerPruner::prune(target), std::nullopt);
+        EXPECT_FALSE(DockerItemRemover::remove({Kind::volume, "pgdata", "", 0, "pgdata"}));
+        EXPECT_EQ(OrbStackRefresher::refinedEntries({{tree / "data.img", 1000, std::nullopt}}), std::nullopt);
+        EXPECT_EQ(OrbStackRefresher::refinedEntries({}), std::nullopt); // without disk entries, never asks
+        EXPECT_EQ(docker.calls().size(), status == 1 ? 8u : 0u);
+    }
+}
+
+TEST_F(DockerTest, EachOperationPassesExactlyItsArguments) {
+    startDaemon();
+    // The last "reclaimed space:" line counts, not the last colon.
+    docker.respond("*", "Deleted Images:\nuntagged: node@sha256:99aa\nTotal reclaimed space: 5GB\n"
+                        "Total reclaimed space: \t1.2GB \ndeleted: sha256:fedc\n");
+    const auto prune = [](DockerPruneTarget target) { EXPECT_EQ(DockerPruner::prune(target), "1.2GB"); };
+    const auto remove = [](DockerItem item) { EXPECT_TRUE(DockerItemRemover::remove(item)); };
+    const std::vector<std::pair<std::function<void()>, std::vector<std::string>>> cases{
+        {[&] { DockerUsageLister::entries(tree / "docker"); }, {"system", "df", "--format", "{{json .}}"}},
+        {[] { DockerInventoryLister::fetch(); }, {"system", "df", "-v", "--format", "{{json .}}"}},
+        {[&] { prune(DockerPruneTarget::buildCache); }, {"builder", "prune", "-f"}},
+        {[&] { prune(DockerPruneTarget::images); }, {"image", "prune", "-af"}},
+        {[&] { prune(DockerPruneTarget::containers); }, {"container", "prune", "-f"}},
+        {[&] { prune(DockerPruneTarget::volumes); }, {"volume", "prune", "-af"}},
+        {[&] { remove({Kind::image, "n", "d", 1, "0123456789ab"}); }, {"rmi", "0123456789ab"}},
+        {[&] { remove({Kind::container, "db", "", 1, "3f2a"}); }, {"rm", "3f2a"}},
+        {[&] { remove({Kind::volume, "my data", "", 1, "my data"}); }, {"volume", "rm", "my data"}},
+    };
+    for (std::size_t i = 0; i < cases.size(); ++i) {
+        SCOPED_TRACE(i);
+        cases[i].first();
+        auto calls = docker.calls();
+        ASSERT_EQ(calls.size(), i + 1);
+        EXPECT_EQ(calls.back(), cases[i].second);
+    }
+    docker.respond("*", "Deleted Volumes:\npgdata\n");
+    EXPECT_EQ(DockerPruner::prune(DockerPruneTarget::volumes), "0B");
+}
+
+TEST_F(DockerTest, OrbStackRowsReplaceTheDiskWithARemainderForTheRest) {
+    startDaemon();
+    const fs::path data = tree / "data";
+    const std::vector<ScanEntry> disk{{data / "data.img", 70, std::nullopt}, {data / "swap.img", 30, std::nullopt}};
+    const std::pair<std::string, const char*> cases[] = {
+        {dfLine("Images", "30B") + dfLine("Local Volumes", "20B"), "other 50, images 30, volumes 20, "},
+        {dfLine("Images", "60B") + dfLine("Build Cache", "40B"), "images 60, buildCache 40, "},
+        {dfLine("Containers", "80B") + dfLine("Images", "90B"), "images 90, containers 80, "},
+        // Ties keep the tool's order, the remainder last.
+        {dfLine("Containers", "30B") + dfLine("Images", "30B") + dfLine("Local Volumes", "10B"),
+         "containers 30, images 30, other 30, volumes 10, "},
+        // Nothing to refine: the caller keeps the disk.
+        {"WARNING: no rows\n" + dfLine("Networks", "1GB"), "nothing"},
+    };
+    for (const auto& [rows, expected] : cases) {
+        SCOPED_TRACE(rows);
+        docker.respond("*", rows);
+        const auto refined = OrbStackRefresher::refinedEntries(disk);
+        std::string got = refined ? "" : "nothing";
+        for (const auto& e : refined.value_or(std::vector<ScanEntry>{})) {
+            EXPECT_EQ(e.label == EntryLabel{DockerOtherLabel{}}, e.url.filename() == "other");
+            got += e.url.lexically_relative(data / "docker").string() + " " + std::to_string(e.size) + ", ";
+        }
+        EXPECT_EQ(got, expected);
+        EXPECT_EQ(OrbStackRefresher::isRefined(refined.value_or(disk)), refined.has_value());
+    }
+}
