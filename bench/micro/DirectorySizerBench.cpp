@@ -12,6 +12,9 @@
 namespace fs = std::filesystem;
 
 namespace {
+// "a" and 7 → "a7".
+std::string numbered(const char* prefix, int n) { return std::string(prefix).append(std::to_string(n)); }
+
 struct Tree {
     fs::path root;
     Tree() {
@@ -20,10 +23,10 @@ struct Tree {
         root = ::mkdtemp(pattern.data());
         for (int a = 0; a < 20; ++a)
             for (int b = 0; b < 100; ++b) {
-                fs::path dir = root / ("a" + std::to_string(a)) / ("b" + std::to_string(b));
+                fs::path dir = root / numbered("a", a) / numbered("b", b);
                 fs::create_directories(dir);
                 for (int f = 0; f < 10; ++f) {
-                    int fd = ::open((dir / ("f" + std::to_string(f))).c_str(), O_CREAT | O_WRONLY, 0644);
+                    int fd = ::open((dir / numbered("f", f)).c_str(), O_CREAT | O_WRONLY, 0644);
                     if (fd >= 0) {
                         [[maybe_unused]] auto n = ::write(fd, "0123456789", 10);
                         ::close(fd);
@@ -49,7 +52,7 @@ BENCHMARK(BM_SizeOneRoot)->Arg(0)->Arg(1)->UseRealTime();
 
 static void BM_SizeManyRoots(benchmark::State& state) {
     std::vector<fs::path> roots;
-    for (int a = 0; a < 20; ++a) roots.push_back(tree().root / ("a" + std::to_string(a)));
+    for (int a = 0; a < 20; ++a) roots.push_back(tree().root / numbered("a", a));
     for (auto _ : state) benchmark::DoNotOptimize(lumabroom::DirectorySizer::sizes(roots, false));
     state.SetItemsProcessed(state.iterations() * 20000);
 }

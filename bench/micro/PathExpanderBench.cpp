@@ -11,6 +11,9 @@
 namespace fs = std::filesystem;
 
 namespace {
+// "a" and 7 → "a7".
+std::string numbered(const char* prefix, int n) { return std::string(prefix).append(std::to_string(n)); }
+
 struct Home {
     fs::path root;
     Home() {
@@ -24,7 +27,7 @@ struct Home {
             else std::snprintf(name, sizeof name, "not-a-device-%d", i);
             fs::path dir = root / "Devices" / name;
             fs::create_directories(dir / "data");
-            for (int j = 0; j < 20; ++j) std::ofstream(dir / ("f" + std::to_string(j)));
+            for (int j = 0; j < 20; ++j) std::ofstream(dir / numbered("f", j));
         }
     }
     ~Home() { fs::remove_all(root); }
@@ -37,13 +40,13 @@ const Home& home() {
 } // namespace
 
 static void BM_ExpandUuidPattern(benchmark::State& state) {
-    const std::string pattern = home().root.string() + "/Devices/????????-????-????-????-????????????";
+    const std::string pattern = (home().root / R"(Devices/????????-????-????-????-????????????)").string();
     for (auto _ : state) benchmark::DoNotOptimize(lumabroom::PathExpander::expand(pattern));
 }
 BENCHMARK(BM_ExpandUuidPattern);
 
 static void BM_ExpandTwoWildcardsAndFixedTail(benchmark::State& state) {
-    const std::string pattern = home().root.string() + "/Devices/*/*/f1?";
+    const std::string pattern = (home().root / "Devices/*/*/f1?").string();
     for (auto _ : state) benchmark::DoNotOptimize(lumabroom::PathExpander::expand(pattern));
 }
 BENCHMARK(BM_ExpandTwoWildcardsAndFixedTail);
