@@ -1,6 +1,5 @@
 #include "agents/AgentFiles.h"
 
-#include <fstream>
 #include <system_error>
 
 namespace fs = std::filesystem;
@@ -56,21 +55,6 @@ std::optional<fs::file_time_type> modificationTime(const fs::path& file) {
 bool hasExtension(std::string_view name, std::string_view extension) {
     const std::string found = fs::path(name).extension().string();
     return found.size() == extension.size() + 1 && found.compare(1, std::string::npos, extension) == 0;
-}
-
-std::optional<std::string> readSmallFile(const fs::path& file, std::size_t maxBytes) {
-    // Not a folder, and not a FIFO, whose opening would wait for a writer.
-    std::error_code ec;
-    if (!fs::is_regular_file(file, ec)) return std::nullopt;
-    std::ifstream in(file, std::ios::binary);
-    if (!in) return std::nullopt;
-    std::string text(maxBytes + 1, '\0');
-    in.read(text.data(), static_cast<std::streamsize>(text.size()));
-    if (in.bad() || (in.fail() && !in.eof())) return std::nullopt;
-    const auto n = static_cast<std::size_t>(in.gcount());
-    if (n > maxBytes) return std::nullopt;
-    text.resize(n);
-    return text;
 }
 
 bool isValidUtf8(std::string_view bytes) {

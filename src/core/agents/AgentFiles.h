@@ -22,9 +22,6 @@ std::optional<std::filesystem::file_time_type> modificationTime(const std::files
 // case-sensitively. A hidden name such as ".jsonl" has no extension.
 bool hasExtension(std::string_view name, std::string_view extension);
 
-// A whole small file, or nothing if it cannot be read, is no regular file, or is longer than `maxBytes`.
-std::optional<std::string> readSmallFile(const std::filesystem::path& file, std::size_t maxBytes);
-
 bool isValidUtf8(std::string_view bytes);
 // Each maximal invalid sequence becomes U+FFFD; valid text comes back unchanged.
 std::string repairedUtf8(std::string_view bytes);

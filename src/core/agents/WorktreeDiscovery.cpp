@@ -99,7 +99,7 @@ struct Run {
     // A clone has a ".git" folder, which cannot be read as a file, and a submodule points into
     // "/.git/modules/": neither is a worktree.
     static std::optional<std::string> repositoryOfGitFile(const std::string& gitFile) {
-        auto text = AgentFiles::readSmallFile(gitFile, kGitFileMaxBytes);
+        auto text = FileSystem::readSmallFile(gitFile, kGitFileMaxBytes);
         if (!text || !AgentFiles::isValidUtf8(*text)) return std::nullopt;
         std::string_view content = trimmed(*text, isWhitespaceOrNewline);
         constexpr std::string_view prefix = "gitdir:";

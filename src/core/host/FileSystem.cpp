@@ -5,6 +5,8 @@
 #include <cstdlib>
 #include <cstring>
 #include <dirent.h>
+#include <filesystem>
+#include <fstream>
 #include <memory>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -44,6 +46,20 @@ std::optional<std::string> resolvingSymlinks(const std::string& path) {
     std::unique_ptr<char, void (*)(void*)> resolved(::realpath(path.c_str(), nullptr), std::free);
     if (!resolved) return std::nullopt;
     return std::string(resolved.get());
+}
+
+std::optional<std::string> readSmallFile(const std::string& path, std::size_t maxBytes) {
+    std::error_code ec;
+    if (!std::filesystem::is_regular_file(path, ec)) return std::nullopt;
+    std::ifstream in(path, std::ios::binary);
+    if (!in) return std::nullopt;
+    std::string text(maxBytes + 1, '\0');
+    in.read(text.data(), static_cast<std::streamsize>(text.size()));
+    if (in.bad() || (in.fail() && !in.eof())) return std::nullopt;
+    const auto n = static_cast<std::size_t>(in.gcount());
+    if (n > maxBytes) return std::nullopt;
+    text.resize(n);
+    return text;
 }
 
 bool isOwnedByCurrentUser(const std::string& path) {

@@ -18,6 +18,10 @@ bool isExecutableFile(const std::string& path);
 // The path with every symbolic link resolved, or nothing if it does not exist.
 std::optional<std::string> resolvingSymlinks(const std::string& path);
 
+// A whole small file, or nothing if it cannot be read, is no regular file (a FIFO would wait for a
+// writer), or is longer than `maxBytes`.
+std::optional<std::string> readSmallFile(const std::string& path, std::size_t maxBytes);
+
 // Whether the item itself (not what a link points at) belongs to the user running this process.
 bool isOwnedByCurrentUser(const std::string& path);
 

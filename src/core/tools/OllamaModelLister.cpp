@@ -2,6 +2,7 @@
 
 #include "clean/CommandRunner.h"
 #include "host/DirectoryReader.h"
+#include "host/FileSystem.h"
 #include "host/Paths.h"
 #include "host/ToolPaths.h"
 
@@ -9,7 +10,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <fstream>
 #include <limits>
 
 namespace lumabroom {
@@ -48,19 +48,6 @@ std::int64_t sizeOf(const json& object) {
     return 0;
 }
 
-std::optional<std::string> readSmallFile(const std::filesystem::path& path) {
-    std::error_code error;
-    auto length = std::filesystem::file_size(path, error);
-    if (error || length > kMaxManifestBytes) return std::nullopt;
-    std::ifstream in(path, std::ios::binary);
-    if (!in) return std::nullopt;
-    std::string contents(static_cast<std::size_t>(length), '\0');
-    in.read(contents.data(), static_cast<std::streamsize>(contents.size()));
-    if (in.bad()) return std::nullopt;
-    contents.resize(static_cast<std::size_t>(in.gcount()));
-    return contents;
-}
-
 // Depth first, each folder's items in the order the system gives them, a folder's content right
 // behind the folder itself. What can't be opened is passed over. A folder is read to its end before
 // any child is entered, as the reader's buffer is one per thread.
@@ -81,7 +68,7 @@ void walk(DirectoryReader& folder, const std::filesystem::path& path, std::vecto
             DirectoryReader child = folder.openChild(item.name.c_str());
             if (child.isOpen()) walk(child, itemPath, found);
         } else if (item.isRegularFile) {
-            if (auto text = readSmallFile(itemPath))
+            if (auto text = FileSystem::readSmallFile(itemPath.string(), kMaxManifestBytes))
                 if (auto size = OllamaModelLister::manifestSize(*text); size && *size > 0)
                     found.push_back(ScanEntry{std::move(itemPath), *size, std::nullopt});
         }

@@ -1,13 +1,13 @@
 #include "tools/SimulatorDevices.h"
 
 #include "clean/CommandRunner.h"
+#include "host/FileSystem.h"
 #include "host/ToolPaths.h"
 #include "text/Strings.h"
 
 #include <plist/plist.h>
 
 #include <algorithm>
-#include <fstream>
 #include <limits>
 #include <memory>
 #include <vector>
@@ -77,18 +77,9 @@ std::optional<std::string> deviceNameFromPropertyList(std::string_view data) {
 }
 
 std::optional<std::string> deviceName(const std::filesystem::path& deviceFolder) {
-    const std::filesystem::path file = deviceFolder / "device.plist";
-    std::error_code error;
-    if (!std::filesystem::is_regular_file(file, error)) return std::nullopt;
-    auto length = std::filesystem::file_size(file, error);
-    if (error || length > kMaxPropertyListBytes) return std::nullopt;
-    std::ifstream in(file, std::ios::binary);
-    if (!in) return std::nullopt;
-    std::string data(static_cast<std::size_t>(length), '\0');
-    in.read(data.data(), static_cast<std::streamsize>(data.size()));
-    if (in.bad()) return std::nullopt;
-    data.resize(static_cast<std::size_t>(in.gcount()));
-    return deviceNameFromPropertyList(data);
+    auto data = FileSystem::readSmallFile((deviceFolder / "device.plist").string(), kMaxPropertyListBytes);
+    if (!data) return std::nullopt;
+    return deviceNameFromPropertyList(*data);
 }
 
 } // namespace lumabroom::SimulatorDevices
