@@ -10,6 +10,9 @@
 #include <spawn.h>
 #include <sys/wait.h>
 #include <unistd.h>
+#if defined(__linux__)
+#include <sys/syscall.h>
+#endif
 
 extern char** environ;
 
@@ -140,6 +143,16 @@ bool hasExited(pid_t pid) {
         if (errno != EINTR) return true; // no such child: nothing to wait for
     }
 }
+// A descriptor that becomes readable when the child exits, so one poll waits for output and exit
+// alike; -1 where the kernel has none (then exit is looked for in growing steps).
+int exitDescriptor(pid_t pid) {
+#if defined(__linux__) && defined(SYS_pidfd_open)
+    return static_cast<int>(::syscall(SYS_pidfd_open, pid, 0));
+#else
+    (void)pid;
+    return -1;
+#endif
+}
 } // namespace
 
 std::optional<Outcome> run(const std::string& executable, const std::vector<std::string>& arguments,
@@ -153,12 +166,13 @@ std::optional<Outcome> run(const std::string& executable, const std::vector<std:
     writeEnd.reset();
     if (pid < 0) return std::nullopt;
 
+    FileDescriptor exitEnd(exitDescriptor(pid));
     Outcome outcome;
     bool closed = false, exited = false;
     int exitPollMs = 1;
     char buffer[64 * 1024];
     for (;;) {
-        if (!exited) exited = hasExited(pid);
+        if (!exited && exitEnd.get() < 0) exited = hasExited(pid);
         if (closed && exited) break;
         const auto now = Clock::now();
         if (!outcome.reachedTimeLimit && now >= deadline) {
@@ -171,22 +185,34 @@ std::optional<Outcome> run(const std::string& executable, const std::vector<std:
         }
 
         int waitMs = millisecondsUntil(outcome.reachedTimeLimit ? killTime : deadline);
-        if (closed) {
+        pollfd watched[2];
+        nfds_t count = 0;
+        if (!closed) watched[count++] = {readEnd.get(), POLLIN, 0};
+        if (!exited && exitEnd.get() >= 0) watched[count++] = {exitEnd.get(), POLLIN, 0};
+        if (closed && exitEnd.get() < 0) {
             // The output has ended but the child has not: look again soon, then less often.
             ::poll(nullptr, 0, std::min(waitMs, exitPollMs));
             exitPollMs = std::min(exitPollMs * 2, 50);
             continue;
         }
-        pollfd ready{readEnd.get(), POLLIN, 0};
-        int events = ::poll(&ready, 1, waitMs);
+        int events = ::poll(watched, count, waitMs);
         if (events < 0) {
-            if (errno != EINTR) closed = true;
+            if (errno != EINTR) {
+                closed = true;
+                exitEnd.reset(); // look for the exit the slow way
+            }
             continue;
         }
-        if (events == 0) continue;
-        ssize_t n = ::read(readEnd.get(), buffer, sizeof buffer);
-        if (n > 0) outcome.standardOutput.append(buffer, static_cast<std::size_t>(n));
-        else if (n == 0 || (errno != EINTR && errno != EAGAIN)) closed = true;
+        for (nfds_t i = 0; i < count; ++i) {
+            if (watched[i].revents == 0) continue;
+            if (watched[i].fd == exitEnd.get()) {
+                exited = true;
+                continue;
+            }
+            ssize_t n = ::read(readEnd.get(), buffer, sizeof buffer);
+            if (n > 0) outcome.standardOutput.append(buffer, static_cast<std::size_t>(n));
+            else if (n == 0 || (errno != EINTR && errno != EAGAIN)) closed = true;
+        }
     }
     readEnd.reset();
 

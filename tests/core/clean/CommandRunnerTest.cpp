@@ -48,6 +48,8 @@ TEST(CommandRunner, GivesStandardOutputOnlyForStatusZeroAndValidUtf8) {
         {"exit 0", ""},
         {"printf 'half of it\\n'; exit 1", std::nullopt},
         {"echo before; kill -9 $$", std::nullopt},
+        {"echo early; exec >&-; sleep 0.3; exit 0", "early\n"}, // the exit comes well after the output
+        {"echo late; exec >&-; sleep 0.3; exit 3", std::nullopt},
         {"echo err >&2; echo out; echo err >&2", "out\n"},
         {"head -c 2097152 /dev/zero >&2; head -c " + std::to_string(big) + " /dev/zero | tr '\\000' a",
          std::string(big, 'a')},
