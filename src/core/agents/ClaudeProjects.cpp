@@ -5,6 +5,7 @@
 #include "host/Paths.h"
 #include "host/Trash.h"
 #include "scan/ParallelMap.h"
+#include "text/Strings.h"
 
 #include <algorithm>
 #include <fstream>
@@ -125,7 +126,7 @@ std::optional<std::string> head(const fs::path& file, std::size_t bytes) {
     const auto n = in.gcount();
     if (n <= 0 || in.bad()) return std::nullopt;
     data.resize(static_cast<std::size_t>(n));
-    return AgentFiles::repairedUtf8(data);
+    return Strings::repairedUtf8(data);
 }
 
 std::optional<std::string> firstCwd(std::string_view text) {

@@ -1,6 +1,5 @@
 #include "agents/WorktreeDiscovery.h"
 
-#include "agents/AgentFiles.h"
 #include "agents/ClaudeProjects.h"
 #include "agents/CodexWorktreeLister.h"
 #include "agents/Git.h"
@@ -10,6 +9,7 @@
 #include "host/ToolPaths.h"
 #include "scan/DirectorySizer.h"
 #include "scan/ParallelMap.h"
+#include "text/Strings.h"
 
 #include <algorithm>
 #include <charconv>
@@ -33,18 +33,6 @@ std::string_view trimmed(std::string_view text, Predicate drop) {
     while (!text.empty() && drop(text.front())) text.remove_prefix(1);
     while (!text.empty() && drop(text.back())) text.remove_suffix(1);
     return text;
-}
-
-std::vector<std::string_view> nonEmptyLines(std::string_view text) {
-    std::vector<std::string_view> lines;
-    while (!text.empty()) {
-        const auto end = text.find('\n');
-        std::string_view line = text.substr(0, end);
-        if (!line.empty()) lines.push_back(line);
-        if (end == std::string_view::npos) break;
-        text.remove_prefix(end + 1);
-    }
-    return lines;
 }
 
 // The working state of one run; touched only by the thread that runs `discover`.
@@ -100,7 +88,7 @@ struct Run {
     // "/.git/modules/": neither is a worktree.
     static std::optional<std::string> repositoryOfGitFile(const std::string& gitFile) {
         auto text = FileSystem::readSmallFile(gitFile, kGitFileMaxBytes);
-        if (!text || !AgentFiles::isValidUtf8(*text)) return std::nullopt;
+        if (!text || !Strings::isValidUtf8(*text)) return std::nullopt;
         std::string_view content = trimmed(*text, isWhitespaceOrNewline);
         constexpr std::string_view prefix = "gitdir:";
         if (!content.starts_with(prefix)) return std::nullopt;
@@ -126,7 +114,7 @@ std::vector<std::string> codexSessionSeeds() {
         kSqliteTimeoutSeconds);
     if (!output) return {};
     std::vector<std::string> seeds;
-    for (auto line : nonEmptyLines(*output)) seeds.emplace_back(line);
+    for (auto line : Strings::splitNonEmpty(*output, '\n')) seeds.emplace_back(line);
     return seeds;
 }
 
@@ -160,7 +148,7 @@ std::optional<fs::path> mainRepo(const fs::path& folder) {
 std::vector<std::string> parseWorktreeList(std::string_view text) {
     constexpr std::string_view prefix = "worktree ";
     std::vector<std::string> paths;
-    for (auto line : nonEmptyLines(text))
+    for (auto line : Strings::splitNonEmpty(text, '\n'))
         if (line.starts_with(prefix)) paths.emplace_back(line.substr(prefix.size()));
     if (!paths.empty()) paths.erase(paths.begin()); // git lists the main worktree first
     return paths;
@@ -179,7 +167,7 @@ StatusSummary parseStatusV2(std::string_view text) {
     constexpr std::string_view oidPrefix = "# branch.oid ";
     StatusSummary summary;
     std::optional<std::string_view> head;
-    for (auto line : nonEmptyLines(text)) {
+    for (auto line : Strings::splitNonEmpty(text, '\n')) {
         if (line.starts_with(headPrefix)) head = line.substr(headPrefix.size());
         else if (line.starts_with(oidPrefix)) continue;
         else if (!line.starts_with("#")) ++summary.dirtyFiles;
