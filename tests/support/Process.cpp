@@ -1,71 +1,27 @@
 #include "support/Process.h"
 
-#include <cerrno>
-#include <fcntl.h>
-#include <poll.h>
-#include <spawn.h>
+#include <QProcess>
+
 #include <sys/wait.h>
 #include <unistd.h>
 
 namespace lumabroom::test {
 
 ProcessResult runProcess(const std::vector<std::string>& argv, const std::map<std::string, std::string>& env) {
+    QProcessEnvironment environment;
+    for (const auto& [name, value] : env)
+        environment.insert(QString::fromStdString(name), QString::fromStdString(value));
+    QStringList arguments;
+    for (auto it = argv.begin() + 1; it != argv.end(); ++it) arguments << QString::fromStdString(*it);
+    QProcess child;
+    child.setProcessEnvironment(environment);
+    child.setStandardInputFile(QProcess::nullDevice());
+    child.start(QString::fromStdString(argv.front()), arguments);
     ProcessResult result;
-    int outPipe[2], errPipe[2];
-    if (::pipe(outPipe) != 0 || ::pipe(errPipe) != 0) return result;
-
-    posix_spawn_file_actions_t actions;
-    posix_spawn_file_actions_init(&actions);
-    posix_spawn_file_actions_addopen(&actions, 0, "/dev/null", O_RDONLY, 0);
-    posix_spawn_file_actions_adddup2(&actions, outPipe[1], 1);
-    posix_spawn_file_actions_adddup2(&actions, errPipe[1], 2);
-    posix_spawn_file_actions_addclose(&actions, outPipe[0]);
-    posix_spawn_file_actions_addclose(&actions, errPipe[0]);
-
-    std::vector<char*> args;
-    for (const auto& a : argv) args.push_back(const_cast<char*>(a.c_str()));
-    args.push_back(nullptr);
-    std::vector<std::string> envStrings;
-    for (const auto& [k, v] : env) envStrings.push_back(k + "=" + v);
-    std::vector<char*> envp;
-    for (auto& e : envStrings) envp.push_back(e.data());
-    envp.push_back(nullptr);
-
-    pid_t pid = -1;
-    int rc = ::posix_spawn(&pid, args[0], &actions, nullptr, args.data(), envp.data());
-    posix_spawn_file_actions_destroy(&actions);
-    ::close(outPipe[1]);
-    ::close(errPipe[1]);
-    if (rc != 0) {
-        ::close(outPipe[0]);
-        ::close(errPipe[0]);
-        return result;
-    }
-
-    pollfd fds[2] = {{outPipe[0], POLLIN, 0}, {errPipe[0], POLLIN, 0}};
-    std::string* sinks[2] = {&result.out, &result.err};
-    int open = 2;
-    char buffer[65536];
-    while (open > 0) {
-        if (::poll(fds, 2, -1) < 0) {
-            if (errno == EINTR) continue;
-            break;
-        }
-        for (int i = 0; i < 2; ++i) {
-            if (fds[i].fd < 0 || !(fds[i].revents & (POLLIN | POLLHUP | POLLERR))) continue;
-            ssize_t n = ::read(fds[i].fd, buffer, sizeof buffer);
-            if (n > 0) {
-                sinks[i]->append(buffer, static_cast<std::size_t>(n));
-            } else {
-                ::close(fds[i].fd);
-                fds[i].fd = -1;
-                --open;
-            }
-        }
-    }
-    int status = 0;
-    while (::waitpid(pid, &status, 0) < 0 && errno == EINTR) {}
-    result.status = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+    if (!child.waitForFinished(-1)) return result;
+    result.out = child.readAllStandardOutput().toStdString();
+    result.err = child.readAllStandardError().toStdString();
+    if (child.exitStatus() == QProcess::NormalExit) result.status = child.exitCode();
     return result;
 }
 
