@@ -4,9 +4,9 @@
 
 #include <gtest/gtest.h>
 
-#include <map>
 #include <set>
 #include <sys/stat.h>
+#include <tuple>
 
 using namespace lumabroom;
 using namespace lumabroom::test;
@@ -23,13 +23,6 @@ std::string line(const std::string& cwd, std::size_t bytes = 0) {
     return text;
 }
 
-// What the system lists in a folder, in its order.
-std::vector<std::string> listed(const fs::path& folder) {
-    std::vector<std::string> names;
-    for (const auto& e : fs::directory_iterator(folder)) names.push_back(e.path().filename());
-    return names;
-}
-
 } // namespace
 
 TEST(ClaudeProjects, FirstCwdWalksTheCharactersOfTheFirstKeyOnly) {
@@ -40,11 +33,8 @@ TEST(ClaudeProjects, FirstCwdWalksTheCharactersOfTheFirstKeyOnly) {
         {R"({"cwd":"\/Users\/me"})", "/Users/me"},
         {R"({"cwd":"C:\\dir\n"})", "C:\\dirn"}, // an escape keeps the next character, undecoded
         {R"({"cwd":null,"x":"/y"})", std::nullopt},
-        {R"({"cwd":"/a/b)", std::nullopt},
-        {R"({"cwd":"/a\)", std::nullopt},
-        {R"({"cwd":""})", std::nullopt},
-        {R"({"field":"cwd","cwd":"/real"})", std::nullopt},
-        {R"({cwd:"/a"})", std::nullopt},
+        {R"({"field":"cwd","cwd":"/real"})", std::nullopt}, // only the first "cwd" is tried
+        {R"({"cwd":"/a/b)", std::nullopt}, {R"({"cwd":"/a\)", std::nullopt}, {R"({"cwd":""})", std::nullopt},
     };
     for (const auto& [text, expected] : cases) EXPECT_EQ(ClaudeProjects::firstCwd(text), expected) << text;
 }
@@ -52,81 +42,47 @@ TEST(ClaudeProjects, FirstCwdWalksTheCharactersOfTheFirstKeyOnly) {
 TEST(ClaudeProjects, HeadReadsAtMostTheGivenBytesAndRepairsUtf8) {
     TempTree t;
     writeText(t / "ten", "0123456789");
-    writeText(t / "bad", "\xFF/ab");
     writeText(t / "accent", "\xC3\xA9");
-    writeText(t / "empty", "");
     ASSERT_EQ(::mkfifo((t / "fifo").c_str(), 0644), 0);
     EXPECT_EQ(ClaudeProjects::head(t / "ten", 4), "0123");
     EXPECT_EQ(ClaudeProjects::head(t / "ten", 100), "0123456789");
-    EXPECT_EQ(ClaudeProjects::head(t / "bad", 100), "\xEF\xBF\xBD/ab");
     EXPECT_EQ(ClaudeProjects::head(t / "accent", 1), "\xEF\xBF\xBD") << "a cut inside a character";
-    for (const auto& nothing : {t / "empty", t / "missing", t.root(), t / "fifo"}) // a FIFO without waiting
+    for (const auto& nothing : {t.file("empty"), t / "missing", t.root(), t / "fifo"}) // a FIFO without waiting
         EXPECT_EQ(ClaudeProjects::head(nothing, 100), std::nullopt) << nothing;
 }
 
-TEST(ClaudeProjects, ProjectsAreMeasuredAndNamedByTheirNewestSession) {
+TEST(ClaudeProjects, ProjectsAreMeasuredNamedAndTrimmedByTheirSessionFilesOnly) {
     AgentHome h;
-    EXPECT_TRUE(ClaudeProjects::sessionEntries().empty());
-    EXPECT_TRUE(ClaudeProjects::workspaceSeeds().empty());
     const std::string home = h.home.string();
     const fs::path projects = h.home / ".claude/projects";
     auto session = [&](const std::string& relative, const std::string& text, std::int64_t mtime = kMarch2024) {
-        h.write(".claude/projects/" + relative, text, mtime);
+        return h.write(".claude/projects/" + relative, text, mtime);
     };
     // Newest by date, not by size: the small recent file names the project.
     session("p-dated/old.jsonl", line("/srv/old", 5000), kMarch2020);
-    session("p-dated/new.jsonl", line(home + "/work", 100));
+    const auto dated = session("p-dated/new.jsonl", line(home + "/work", 100));
     // The newest session is empty: full total, no label, older files not tried.
     session("p-empty-newest/a.jsonl", line("/srv/a", 300), kMarch2020);
     session("p-empty-newest/b.jsonl", "");
-    // Only empty session files, or no session file at all: no entry.
-    session("p-only-empty/a.jsonl", "");
-    session("p-memory/memory/notes.md", std::string(50'000, 'x'));
-    // Deeper files, other extensions and a hidden ".jsonl" are no session files.
+    session("p-only-empty/a.jsonl", ""); // no session bytes: no entry
+    // Deeper files, other extensions, a hidden ".jsonl" and "memory/" are no session files.
     session("p-mixed/s.jsonl", line("/opt/tool", 2000), kMarch2020);
-    for (const char* other : {"sub/deep.jsonl", "UPPER.JSONL", ".jsonl"})
-        session("p-mixed/" + std::string(other), line("/srv/no", 9000));
-    // The home folder itself shows as "~"; a cwd behind invalid UTF-8 is still found.
-    session("p-home/s.jsonl", line(home, 1000));
-    session("p-invalid/s.jsonl", "\xFF\xFE garbage " + line("/srv/inv", 989));
-    // Equal times: the first listed wins.
-    session("p-tie/one.jsonl", line("/srv/one", 400));
-    session("p-tie/two.jsonl", line("/srv/two", 400));
-    session("stray.jsonl", line("/srv/stray", 4000)); // a file at the root is no project
+    const char* notSessions[] = {"sub/deep.jsonl", "UPPER.JSONL", ".jsonl", "memory/MEMORY.md"};
+    for (const char* other : notSessions) session("p-mixed/" + std::string(other), line("/srv/no", 9000));
+    const auto atHome = session("p-home/s.jsonl", line(home, 1000));
+    EXPECT_EQ(ClaudeProjects::newestSession({atHome, dated}), atHome) << "equal times: the first listed wins";
 
-    auto entry = [&](const std::string& project, std::int64_t size, const std::string& label) {
-        return ScanEntry{projects / project, size,
-                         label.empty() ? std::nullopt : std::optional<EntryLabel>(EntryLabel{LiteralLabel{label}})};
-    };
-    const std::string tie = "/srv/" + listed(projects / "p-tie").front().substr(0, 3);
-    const std::map<std::string, std::string> seedOf{{"p-dated", home + "/work"}, {"p-mixed", "/opt/tool"},
-                                                    {"p-home", home}, {"p-invalid", "/srv/inv"}, {"p-tie", tie}};
-    std::vector<ScanEntry> entries{entry("p-dated", 5100, "~/work"), entry("p-mixed", 2000, "/opt/tool")};
-    std::vector<std::string> seeds;
-    for (const auto& name : listed(projects)) {
-        if (name == "p-home" || name == "p-invalid") // equal sizes in listing order
-            entries.push_back(entry(name, 1000, name == "p-home" ? "~" : "/srv/inv"));
-        if (seedOf.count(name)) seeds.push_back(seedOf.at(name));
-    }
-    entries.push_back(entry("p-tie", 800, tie));
-    entries.push_back(entry("p-empty-newest", 300, ""));
-    EXPECT_EQ(ClaudeProjects::sessionEntries(), entries);
-    EXPECT_EQ(ClaudeProjects::workspaceSeeds(), seeds);
-}
+    std::vector<std::tuple<std::string, std::int64_t, std::string>> found;
+    for (const auto& e : ClaudeProjects::sessionEntries())
+        found.emplace_back(e.url.lexically_relative(projects), e.size, e.label ? e.label->text() : "none");
+    EXPECT_EQ(found, (decltype(found){{"p-dated", 5100, "~/work"}, {"p-mixed", 2000, "/opt/tool"},
+                                      {"p-home", 1000, "~"}, {"p-empty-newest", 300, "none"}}));
+    const auto seeds = ClaudeProjects::workspaceSeeds();
+    EXPECT_EQ(std::multiset<std::string>(seeds.begin(), seeds.end()),
+              (std::multiset<std::string>{home + "/work", "/opt/tool", home}));
 
-TEST(ClaudeProjects, RemoveSessionsTrashesOnlySessionFiles) {
-    AgentHome h;
-    const fs::path project = h.home / ".claude/projects/p";
-    for (const char* file : {"a.jsonl", "b.jsonl", "memory/MEMORY.md", "notes.txt", "sub/c.jsonl"})
-        writeText(project / file, line("/srv/a"));
-
-    EXPECT_TRUE(ClaudeProjects::removeSessions(project));
-    std::set<std::string> left;
-    for (const auto& e : fs::recursive_directory_iterator(project)) left.insert(e.path().lexically_relative(project));
-    EXPECT_EQ(left, (std::set<std::string>{"memory", "memory/MEMORY.md", "notes.txt", "sub", "sub/c.jsonl"}));
-    const fs::path trash = h.home / ".local/share/Trash/files";
-    EXPECT_TRUE(fs::exists(trash / "a.jsonl") && fs::exists(trash / "b.jsonl"));
-
-    EXPECT_TRUE(ClaudeProjects::removeSessions(project)) << "nothing left to move is no failure";
-    EXPECT_FALSE(ClaudeProjects::removeSessions(h.home / ".claude/projects/missing"));
+    EXPECT_TRUE(ClaudeProjects::removeSessions(projects / "p-mixed"));
+    for (const char* other : notSessions) EXPECT_TRUE(fs::exists(projects / "p-mixed" / other)) << other;
+    EXPECT_TRUE(fs::exists(h.home / ".local/share/Trash/files/s.jsonl"));
+    EXPECT_FALSE(ClaudeProjects::removeSessions(projects / "missing"));
 }

@@ -54,20 +54,13 @@ void makeStateDatabase(const fs::path& file, const std::vector<std::string>& cwd
 
 TreeFacts treeFacts(const fs::path& root) {
     TreeFacts facts;
-    std::error_code ec;
-    for (auto it = fs::recursive_directory_iterator(root, ec); !ec && it != fs::recursive_directory_iterator();
-         it.increment(ec)) {
+    for (const auto& e : fs::recursive_directory_iterator(root)) {
         struct stat st {};
-        if (::lstat(it->path().c_str(), &st) != 0 || !S_ISREG(st.st_mode)) continue;
+        if (::lstat(e.path().c_str(), &st) != 0 || !S_ISREG(st.st_mode)) continue;
         facts.bytes += static_cast<std::int64_t>(st.st_blocks) * 512;
         facts.newestSeconds = std::max<std::int64_t>(facts.newestSeconds, st.st_mtime);
     }
     return facts;
-}
-
-std::unique_ptr<TempTree> treeOutsideTmp() {
-    ScopedEnv base{{"TMPDIR", "/var/tmp"}};
-    return std::make_unique<TempTree>();
 }
 
 fs::path AgentHome::write(const std::string& relative, const std::string& text, std::int64_t mtime) {

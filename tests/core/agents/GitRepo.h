@@ -38,12 +38,13 @@ struct TreeFacts {
 };
 TreeFacts treeFacts(const std::filesystem::path& root);
 
-// A temporary tree outside "/tmp": worktree discovery ignores seeds there by design.
-std::unique_ptr<TempTree> treeOutsideTmp();
-
-// A home folder in such a tree, set as HOME with its Trash inside for the life of the object.
+// A home folder, set as HOME with its Trash inside for the life of the object, in a tree outside
+// "/tmp": worktree discovery ignores seeds there by design.
 struct AgentHome {
-    std::unique_ptr<TempTree> tree = treeOutsideTmp();
+    std::unique_ptr<TempTree> tree = [] {
+        ScopedEnv base{{"TMPDIR", "/var/tmp"}};
+        return std::make_unique<TempTree>();
+    }();
     std::filesystem::path home = tree->dir("home");
     ScopedEnv env{{"HOME", home.string()}, {"XDG_DATA_HOME", (home / ".local/share").string()}};
 

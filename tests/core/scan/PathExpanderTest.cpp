@@ -28,49 +28,34 @@ TEST(PathExpander, ResolvesPrefixesAndTildeOnlyAtTheStart) {
     for (const auto& [pattern, expected] : cases) EXPECT_EQ(PathExpander::resolve(pattern), expected) << pattern;
 }
 
+// The patterns of the rules themselves are expanded in a synthetic home by the catalogue's test.
 TEST(PathExpander, WildcardsMatchLikeFnmatchWithLeadingPeriodAndOnlyExistingPlacesAreKept) {
     TempTree t;
-    ScopedEnv env({{"HOME", t.root().string()}, {"TMPDIR", (t / "T").string() + "/"}});
+    ScopedEnv env({{"HOME", t.root().string()}});
     for (const char* file : {"Downloads/a.dmg", "Downloads/.hidden.dmg", "Downloads/B.DMG", "Downloads/c.dmg.part",
-                             "hid/.config", "hid/visible", "esc/a*b", "esc/axb", "q/ab", "q/abc", "br/x1", "br/.1",
-                             "Archives/loose-file", "sessions/c", "T/.hidden"})
+                             "hid/.config", "hid/visible", "esc/a*b", "esc/axb", "br/x1", "br/.1",
+                             "Archives/loose-file", "sessions/c"})
         t.file(file);
-    for (const char* dir : {"Downloads/folder.dmg", "Archives/2024-01-01/App 1.xcarchive", "Archives/2024-01-02/App 2.xcarchive",
-                            "sessions/a/data", "sessions/b", "real/inside", "T/one", "Devices/1A2B3C4D-0000-4000-8000-00000000000A",
-                            "Devices/1A2B3C4D-0000-4000-8000-00000000000AB", "Devices/.1A2B3C4-0000-4000-8000-00000000000A"})
+    for (const char* dir : {"Downloads/folder.dmg", "Archives/2024-01-01/App 1.xcarchive", "sessions/a/data",
+                            "sessions/b", "real/inside"})
         t.dir(dir);
     t.symlink("caches/good", t / "real");
     t.symlink("caches/dangling", t / "nowhere");
     t.symlink("caches/loop", t / "caches/loop");
     const std::pair<std::string, std::vector<std::string>> cases[] = {
-        {"~/Downloads/*.dmg", {"Downloads/a.dmg", "Downloads/folder.dmg"}},
-        {"~/Downloads/*.DMG", {"Downloads/B.DMG"}},
-        {"~/hid/*", {"hid/visible"}},
-        {"~/hid/.*", {"hid/.config"}},
-        {"~/hid/?config", {}},
-        {"~/esc/a\\*b", {"esc/a*b"}},
-        {"~/q/a?", {"q/ab"}},
-        {"~/br/[x.]1", {"br/x1"}},
-        {"$TMPDIR/*", {"T/one"}},
-        {R"(~/Devices/????????-????-????-????-????????????)", {"Devices/1A2B3C4D-0000-4000-8000-00000000000A"}},
-        {"~/Archives/*/*", {"Archives/2024-01-01/App 1.xcarchive", "Archives/2024-01-02/App 2.xcarchive"}},
-        {"~/sessions/*/data", {"sessions/a/data"}},
-        {"~/sessions//*/data/", {"sessions/a/data"}},
-        {"~/missing/*", {}},
-        {"~/missing", {}},
-        {"~/caches/*", {"caches/good"}},
-        {"~/caches/*/inside", {"caches/good/inside"}},
-        {"~/caches/dangling", {}},
-        {"///", {"/"}},
+        {"~/Downloads/*.dmg", {"Downloads/a.dmg", "Downloads/folder.dmg"}}, {"~/hid/*", {"hid/visible"}},
+        {"~/hid/.*", {"hid/.config"}}, {"~/hid/?config", {}}, {"~/esc/a\\*b", {"esc/a*b"}}, {"~/br/[x.]1", {"br/x1"}},
+        {"~/Archives/*/*", {"Archives/2024-01-01/App 1.xcarchive"}}, {"~/sessions//*/data/", {"sessions/a/data"}},
+        {"~/caches/*", {"caches/good"}}, {"~/caches/*/inside", {"caches/good/inside"}},
+        {"~/caches/dangling", {}}, {"~/missing/*", {}}, {"///", {"/"}},
     };
     const std::string prefix = t.root().string() + "/";
     for (const auto& [pattern, expected] : cases) {
-        SCOPED_TRACE(pattern);
         std::vector<std::string> found;
         for (const fs::path& p : PathExpander::expand(pattern))
             found.push_back(p.string().starts_with(prefix) ? p.string().substr(prefix.size()) : p.string());
         std::sort(found.begin(), found.end());
-        EXPECT_EQ(found, expected);
+        EXPECT_EQ(found, expected) << pattern;
     }
 }
 

@@ -1,5 +1,3 @@
-#include "LanguageTestSupport.h"
-
 #include "host/Settings.h"
 #include "support/TempTree.h"
 
@@ -7,21 +5,15 @@
 
 #include <optional>
 
-namespace lumabroom::test {
-
 namespace {
+// Points the settings store at a folder of its own before the first test, so that no test reads or
+// writes the user's own settings.
 class SettingsSandbox : public testing::Environment {
-public:
-    void SetUp() override { Settings::useFolder(tree.emplace().root()); }
+    void SetUp() override { lumabroom::Settings::useFolder(tree.emplace().root()); }
     void TearDown() override { tree.reset(); }
-    std::optional<TempTree> tree;
+    std::optional<lumabroom::test::TempTree> tree;
 };
 
 // gtest owns the environment.
-SettingsSandbox* const sandbox =
-    static_cast<SettingsSandbox*>(testing::AddGlobalTestEnvironment(new SettingsSandbox));
+[[maybe_unused]] testing::Environment* const sandbox = testing::AddGlobalTestEnvironment(new SettingsSandbox);
 } // namespace
-
-const std::filesystem::path& settingsFolder() { return sandbox->tree->root(); }
-
-} // namespace lumabroom::test
