@@ -143,6 +143,7 @@ bool hasExited(pid_t pid) {
         if (errno != EINTR) return true; // no such child: nothing to wait for
     }
 }
+
 // A descriptor that becomes readable when the child exits, so one poll waits for output and exit
 // alike; -1 where the kernel has none (then exit is looked for in growing steps).
 int exitDescriptor(pid_t pid) {
