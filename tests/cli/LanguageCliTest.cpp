@@ -31,8 +31,7 @@ struct Home : TempTree {
         std::ofstream(file("config/Lumabroom/Lumabroom.conf")) << "[General]\nLumabroomLanguage=" << value << "\n";
     }
     std::string settings() const {
-        std::ifstream in(root() / "config/Lumabroom/Lumabroom.conf");
-        return std::string(std::istreambuf_iterator<char>(in), {});
+        return readFile(root() / "config/Lumabroom/Lumabroom.conf");
     }
     ProcessResult scan(std::vector<std::string> args, const std::string& languageVariable) const {
         std::map<std::string, std::string> env{{"HOME", (root() / "home").string()},

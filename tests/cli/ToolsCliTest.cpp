@@ -42,7 +42,7 @@ struct Home {
         return runProcess(args, {{"HOME", home.string()}, {"TMPDIR", tree.root().string()}, {"PATH", "/usr/bin:/bin"}});
     }
     fs::path write(const std::string& relative, const std::string& text) {
-        writeFile(tree.file("home/" + relative), text);
+        writeText(tree.file("home/" + relative), text);
         return home / relative;
     }
 };

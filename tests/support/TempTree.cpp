@@ -91,6 +91,16 @@ void TempTree::setMTime(std::string_view relative, std::int64_t secondsSince1970
 
 void TempTree::makeUnreadable(std::string_view relative) { ::chmod((root_ / relative).c_str(), 0); }
 
+std::string readFile(const fs::path& file) {
+    std::ifstream in(file, std::ios::binary);
+    return {std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()};
+}
+
+void writeText(const fs::path& file, const std::string& text) {
+    fs::create_directories(file.parent_path());
+    std::ofstream(file, std::ios::binary | std::ios::trunc) << text;
+}
+
 std::int64_t allocatedBytes(const fs::path& p) {
     struct stat st {};
     if (::lstat(p.c_str(), &st) != 0) return -1;

@@ -34,6 +34,11 @@ private:
     std::filesystem::path root_;
 };
 
+// The whole content of a file; empty if it cannot be read.
+std::string readFile(const std::filesystem::path& file);
+// Writes `text` as the whole content of `file`, creating missing parent folders.
+void writeText(const std::filesystem::path& file, const std::string& text);
+
 // Allocated bytes of one file (st_blocks × 512), without following a link.
 std::int64_t allocatedBytes(const std::filesystem::path&);
 

@@ -22,11 +22,6 @@ ProcessResult git(const fs::path& dir, const std::vector<std::string>& args, boo
     return result;
 }
 
-void writeText(const fs::path& file, const std::string& text) {
-    fs::create_directories(file.parent_path());
-    std::ofstream(file, std::ios::binary | std::ios::trunc) << text;
-}
-
 void makeRepo(const fs::path& dir, bool empty) {
     fs::create_directories(dir);
     git(dir, {"init", "-q", "-b", "main"});

@@ -19,8 +19,6 @@ inline constexpr std::int64_t kMarch2024 = 1709294400; // 2024-03-01T12:00:00Z
 // unless `mayFail`.
 ProcessResult git(const std::filesystem::path& dir, const std::vector<std::string>& args, bool mayFail = false);
 
-void writeText(const std::filesystem::path& file, const std::string& text);
-
 // A repository on "main"; unless `empty`, with one commit of README and a ".gitignore" that ignores
 // "*.bin", so that ballast files give a worktree size without making it dirty.
 void makeRepo(const std::filesystem::path& dir, bool empty = false);

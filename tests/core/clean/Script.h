@@ -9,11 +9,6 @@
 
 namespace lumabroom::test {
 
-inline std::string readFile(const std::filesystem::path& path) {
-    std::ifstream in(path, std::ios::binary);
-    return {std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>()};
-}
-
 // An executable shell script at `relative` below the tree, with `body` after the "#!/bin/sh" line.
 inline std::string writeScript(TempTree& tree, const std::string& relative, const std::string& body) {
     const std::filesystem::path path = tree.file(relative);

@@ -1,7 +1,8 @@
 #pragma once
 
+#include "support/TempTree.h"
+
 #include <filesystem>
-#include <fstream>
 #include <sstream>
 #include <string>
 #include <vector>
@@ -10,17 +11,13 @@ namespace lumabroom::test {
 
 using Calls = std::vector<std::vector<std::string>>;
 
-inline void writeFile(const std::filesystem::path& path, const std::string& text) {
-    std::ofstream(path, std::ios::binary | std::ios::trunc) << text;
-}
-
 // A shell script standing in for docker, ollama or xcrun, written at `binary`. It logs each call's
 // arguments (blanks and newlines inside one survive) and answers with what respond() set for the
 // call's arguments joined by blanks, else with what it set for "*", else with nothing and status 0.
 struct FakeTool {
     explicit FakeTool(std::filesystem::path path) : binary(std::move(path)) {
         std::filesystem::create_directories(folder);
-        writeFile(binary, "#!/bin/sh\nd='" + folder.string() + "'\n"
+        writeText(binary, "#!/bin/sh\nd='" + folder.string() + "'\n"
                           "printf '%s\\037' \"$@\" >> \"$d/log\"; printf '\\036' >> \"$d/log\"\n"
                           "r=\"$d/$*\"; [ -e \"$r.out\" ] || r=\"$d/*\"\n"
                           "cat \"$r.out\" 2>/dev/null; exit \"$(cat \"$r.status\" 2>/dev/null || echo 0)\"\n");
@@ -29,12 +26,12 @@ struct FakeTool {
 
     // `arguments` holds no slash.
     void respond(const std::string& arguments, const std::string& output, int status = 0) const {
-        writeFile(folder / (arguments + ".out"), output);
-        writeFile(folder / (arguments + ".status"), std::to_string(status));
+        writeText(folder / (arguments + ".out"), output);
+        writeText(folder / (arguments + ".status"), std::to_string(status));
     }
 
     Calls calls() const {
-        std::ifstream log(folder / "log", std::ios::binary);
+        std::istringstream log(readFile(folder / "log"));
         Calls calls;
         for (std::string call; std::getline(log, call, '\x1e');) {
             std::istringstream arguments(call);

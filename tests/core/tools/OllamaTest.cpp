@@ -17,7 +17,7 @@ namespace fs = std::filesystem;
 namespace {
 
 fs::path manifest(TempTree& tree, std::string_view relative, std::int64_t config, std::int64_t layer) {
-    writeFile(tree.file(relative), R"({"config":{"digest":"sha256:c","size":)" + std::to_string(config)
+    writeText(tree.file(relative), R"({"config":{"digest":"sha256:c","size":)" + std::to_string(config)
                                        + R"(},"layers":[{"digest":"sha256:l","size":)" + std::to_string(layer) + "}]}");
     return tree / relative;
 }
