@@ -1,0 +1,25 @@
+#pragma once
+
+#include "scan/CleanRule.h"
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+namespace lumabroom {
+
+// One category as the overview lists it: its results with a total above 0 (or all of them when
+// empty rules are shown), largest first.
+struct VisibleGroup {
+    Category category = Category::system;
+    std::vector<RuleScanResult> results;
+
+    std::int64_t total() const;
+    // The one line a collapsed group shows: up to three rule names with sizes, then the rest counted.
+    std::string summary() const;
+};
+
+// How much of one rule is selected.
+enum class RuleSelection { none, partial, all };
+
+} // namespace lumabroom
