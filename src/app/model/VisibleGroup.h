@@ -9,10 +9,11 @@
 namespace lumabroom {
 
 // One category as the overview lists it: its results with a total above 0 (or all of them when
-// empty rules are shown), largest first.
+// empty rules are shown), largest first. The results are borrowed from the model's list, which is
+// read per frame: they stay valid until the model's results next change.
 struct VisibleGroup {
     Category category = Category::system;
-    std::vector<RuleScanResult> results;
+    std::vector<const RuleScanResult*> results;
 
     std::int64_t total() const;
     // The one line a collapsed group shows: up to three rule names with sizes, then the rest counted.
