@@ -1,12 +1,16 @@
 #include "host/ChildProcess.h"
 
+#include "host/Platform.h"
+
 #include <algorithm>
 #include <cerrno>
 #include <chrono>
 #include <cmath>
 #include <csignal>
 #include <fcntl.h>
+#include <mutex>
 #include <poll.h>
+#include <set>
 #include <spawn.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -154,49 +158,116 @@ int exitDescriptor(pid_t pid) {
     return -1;
 #endif
 }
+
+// The children run() has started and not ended; their groups are what stopAll() kills. Never
+// destroyed: a pool thread may still be in run() while the process exits.
+struct Registry {
+    std::mutex mutex;
+    std::set<pid_t> running;
+    bool stopped = false;
+};
+
+Registry& registry() {
+    static Platform::Lasting<Registry> instance;
+    return *instance;
+}
+
+bool stopped() {
+    Registry& r = registry();
+    std::lock_guard guard(r.mutex);
+    return r.stopped;
+}
+
+// Called with the leader not yet reaped, so its group ID is still ours. A child started while
+// stopAll() ran is killed here.
+void enrol(pid_t pid) {
+    Registry& r = registry();
+    std::lock_guard guard(r.mutex);
+    r.running.insert(pid);
+    if (r.stopped) ::kill(-pid, SIGKILL);
+}
+
+void release(pid_t pid) {
+    Registry& r = registry();
+    std::lock_guard guard(r.mutex);
+    r.running.erase(pid);
+}
+
+// Whether any process is left in the group. Asked after the leader was reaped: a group ID is not
+// handed out again while the group has a member, so a yes means our own.
+bool groupHasMembers(pid_t pgid) { return ::kill(-pgid, 0) == 0 || errno == EPERM; }
+
+// Waits until the group is empty or `until` passes; true if it emptied.
+bool groupEmptiesBy(pid_t pgid, Clock::time_point until) {
+    while (groupHasMembers(pgid)) {
+        if (Clock::now() >= until) return false;
+        ::poll(nullptr, 0, 5);
+    }
+    return true;
+}
+
+// What the leader left in its group may finish until `graceEnd`, is asked to terminate, and is
+// killed one more grace later. Usually the group is empty and this costs one system call.
+void endGroup(pid_t pgid, Clock::time_point graceEnd, Clock::duration grace) {
+    if (groupEmptiesBy(pgid, graceEnd)) return;
+    ::kill(-pgid, SIGTERM);
+    if (groupEmptiesBy(pgid, Clock::now() + grace)) return;
+    ::kill(-pgid, SIGKILL);
+}
 } // namespace
 
 std::optional<Outcome> run(const std::string& executable, const std::vector<std::string>& arguments,
-                           double timeoutSeconds, double killGraceSeconds) {
+                           const Limits& limits) {
+    if (stopped()) return std::nullopt;
     FileDescriptor readEnd, writeEnd;
     if (!makePipe(readEnd, writeEnd)) return std::nullopt;
-    const Clock::time_point deadline = Clock::now() + durationOf(timeoutSeconds);
-    const Clock::time_point killTime = deadline + durationOf(killGraceSeconds);
+    const Clock::time_point deadline = Clock::now() + durationOf(limits.timeoutSeconds);
+    const Clock::time_point killTime = deadline + durationOf(limits.killGraceSeconds);
+    const Clock::duration groupGrace = durationOf(limits.groupGraceSeconds);
 
     pid_t pid = spawn(executable, arguments, writeEnd.get());
     writeEnd.reset();
     if (pid < 0) return std::nullopt;
+    enrol(pid);
 
     FileDescriptor exitEnd(exitDescriptor(pid));
     Outcome outcome;
-    bool closed = false, exited = false;
+    bool closed = false, exited = false, killed = false;
+    Clock::time_point lingerEnd = Clock::time_point::max();
     int exitPollMs = 1;
     char buffer[64 * 1024];
     for (;;) {
         if (!exited && exitEnd.get() < 0) exited = hasExited(pid);
-        if (closed && exited) break;
         const auto now = Clock::now();
-        if (!outcome.reachedTimeLimit && now >= deadline) {
-            ::kill(-pid, SIGTERM);
-            outcome.reachedTimeLimit = true;
-        }
-        if (outcome.reachedTimeLimit && now >= killTime) {
-            ::kill(-pid, SIGKILL);
-            break;
+        if (exited && lingerEnd == Clock::time_point::max()) lingerEnd = now + groupGrace;
+        if (closed && exited) break;
+        if (exited) {
+            // What the leader wrote is in the pipe already; a descendant holding it open does not
+            // make the leader's result wait.
+            if (now >= lingerEnd) break;
+        } else {
+            if (!outcome.reachedTimeLimit && now >= deadline) {
+                ::kill(-pid, SIGTERM);
+                outcome.reachedTimeLimit = true;
+            }
+            if (outcome.reachedTimeLimit && now >= killTime) {
+                ::kill(-pid, SIGKILL);
+                killed = true;
+                break;
+            }
         }
 
-        int waitMs = millisecondsUntil(outcome.reachedTimeLimit ? killTime : deadline);
+        int waitMs = millisecondsUntil(exited ? lingerEnd : outcome.reachedTimeLimit ? killTime : deadline);
         pollfd watched[2];
         nfds_t count = 0;
         if (!closed) watched[count++] = {readEnd.get(), POLLIN, 0};
         if (!exited && exitEnd.get() >= 0) watched[count++] = {exitEnd.get(), POLLIN, 0};
-        if (closed && exitEnd.get() < 0) {
-            // The output has ended but the child has not: look again soon, then less often.
-            ::poll(nullptr, 0, std::min(waitMs, exitPollMs));
+        if (!exited && exitEnd.get() < 0) {
+            // No exit descriptor: look again soon, then less often.
+            waitMs = std::min(waitMs, exitPollMs);
             exitPollMs = std::min(exitPollMs * 2, 50);
-            continue;
         }
-        int events = ::poll(watched, count, waitMs);
+        int events = ::poll(count ? watched : nullptr, count, waitMs);
         if (events < 0) {
             if (errno != EINTR) {
                 closed = true;
@@ -211,8 +282,18 @@ std::optional<Outcome> run(const std::string& executable, const std::vector<std:
                 continue;
             }
             ssize_t n = ::read(readEnd.get(), buffer, sizeof buffer);
-            if (n > 0) outcome.standardOutput.append(buffer, static_cast<std::size_t>(n));
-            else if (n == 0 || (errno != EINTR && errno != EAGAIN)) closed = true;
+            if (n > 0) {
+                const std::size_t room = limits.maxOutputBytes - outcome.standardOutput.size();
+                outcome.standardOutput.append(buffer, std::min(room, static_cast<std::size_t>(n)));
+                if (static_cast<std::size_t>(n) > room) outcome.outputOverflowed = true;
+            } else if (n == 0 || (errno != EINTR && errno != EAGAIN)) {
+                closed = true;
+            }
+        }
+        if (outcome.outputOverflowed) {
+            ::kill(-pid, SIGKILL);
+            killed = true;
+            break;
         }
     }
     readEnd.reset();
@@ -221,7 +302,16 @@ std::optional<Outcome> run(const std::string& executable, const std::vector<std:
     pid_t reaped = -1;
     while ((reaped = ::waitpid(pid, &status, 0)) < 0 && errno == EINTR) {}
     if (reaped == pid && WIFEXITED(status)) outcome.exitStatus = WEXITSTATUS(status);
+    if (!killed) endGroup(pid, lingerEnd, groupGrace);
+    release(pid);
     return outcome;
+}
+
+void stopAll() {
+    Registry& r = registry();
+    std::lock_guard guard(r.mutex);
+    r.stopped = true;
+    for (pid_t pid : r.running) ::kill(-pid, SIGKILL);
 }
 
 } // namespace lumabroom::ChildProcess

@@ -1,5 +1,8 @@
 #include "host/Platform.h"
 
+#include "host/ChildProcess.h"
+
+#include <cstdlib>
 #include <mutex>
 #include <sys/resource.h>
 #include <thread>
@@ -36,6 +39,11 @@ void raiseOpenFileLimit() {
             ::setrlimit(RLIMIT_NOFILE, &limit);
         }
     });
+}
+
+void quitNow(int status) {
+    ChildProcess::stopAll();
+    std::_Exit(status);
 }
 
 } // namespace lumabroom::Platform

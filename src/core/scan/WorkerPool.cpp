@@ -24,15 +24,6 @@ public:
         threads_.reserve(n);
         for (std::size_t i = 0; i < n; ++i) threads_.emplace_back([this] { loop(); });
     }
-    ~Pool() {
-        {
-            std::lock_guard guard(mutex_);
-            stopping_ = true;
-            queue_.clear();
-        }
-        ready_.notify_all();
-        for (auto& t : threads_) t.join();
-    }
     void submit(std::function<void()> job, bool urgent) {
         {
             std::lock_guard guard(mutex_);
@@ -50,8 +41,7 @@ private:
             std::function<void()> job;
             {
                 std::unique_lock guard(mutex_);
-                ready_.wait(guard, [this] { return stopping_ || !queue_.empty(); });
-                if (stopping_) return;
+                ready_.wait(guard, [this] { return !queue_.empty(); });
                 job = std::move(queue_.front());
                 queue_.pop_front();
             }
@@ -62,13 +52,13 @@ private:
     std::mutex mutex_;
     std::condition_variable ready_;
     std::deque<std::function<void()>> queue_;
-    bool stopping_ = false;
     std::vector<std::thread> threads_;
 };
 
+// Never destroyed, so the end of the process does not wait for jobs that still run.
 Pool& pool() {
-    static Pool instance(static_cast<std::size_t>(Platform::processorCount()));
-    return instance;
+    static Platform::Lasting<Pool> instance(static_cast<std::size_t>(Platform::processorCount()));
+    return *instance;
 }
 
 // Shared by the caller and the helpers of one forEachIndex; helpers that start after the last

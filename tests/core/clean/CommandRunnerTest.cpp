@@ -91,24 +91,33 @@ TEST(CommandRunner, RunsTheBinaryItselfWithArgumentsUnchanged) {
 // request notes it in the same file's ".term" companion.
 TEST(CommandRunner, NoCallOutlivesItsLimitAndTheGroupGoesWithIt) {
     TempTree t;
-    const double limit = 0.5, grace = CommandRunner::kKillGraceSeconds;
+    // `soon` is well below the 20 s limit of the cases that must not wait for it.
+    const double limit = 0.5, grace = CommandRunner::kKillGraceSeconds, soon = 1.5;
     struct Case {
         const char* name;
         std::string body;
+        double timeout;
+        std::optional<std::string> expected;
         double bound;
         const char* terms;
         bool leftAlive;
     };
     const Case cases[] = {
-        {"waits on a child", "echo started; sleep 30 & echo $! > \"$1\"; wait", limit + grace / 2, "", false},
-        {"closes its output and waits", "exec >&-; sleep 30 & echo $! > \"$1\"; wait", limit + grace / 2, "", false},
-        {"grandchild holds the pipe", "sleep 30 & echo $! > \"$1\"; echo done; exit 0", limit + grace / 2, "", false},
+        {"waits on a child", "echo started; sleep 30 & echo $! > \"$1\"; wait", limit, std::nullopt, limit + grace / 2, "", false},
+        {"closes its output and waits", "exec >&-; sleep 30 & echo $! > \"$1\"; wait", limit, std::nullopt, limit + grace / 2, "",
+         false},
         {"ignores the request",
          "trap 'echo term >> \"$1.term\"' TERM\n(trap '' TERM; exec sleep 30) & echo $! > \"$1\"\n"
          "while :; do wait; done",
-         limit + grace + 1.5, "term\n", false},
-        {"grandchild left the group", "/usr/bin/setsid sleep 30 & echo $! > \"$1\"; echo done; exit 0",
-         limit + grace + 1.5, "", true},
+         limit, std::nullopt, limit + grace + 1.5, "term\n", false},
+        // The leader exits in time: its output counts, and what it left in its group is ended.
+        {"grandchild holds the pipe", "sleep 30 & echo $! > \"$1\"; echo done; exit 0", 20, "done\n", soon, "", false},
+        {"grandchild closed the pipe", "sleep 30 >/dev/null & echo $! > \"$1\"; echo done", 20, "done\n", soon, "", false},
+        {"grandchild ignores the request",
+         "(trap '' TERM; exec sleep 30) >/dev/null & echo $! > \"$1\"; echo done", 20, "done\n", soon, "", false},
+        {"grandchild left the group", "/usr/bin/setsid sleep 30 & echo $! > \"$1\"; echo done; exit 0", 20, "done\n", soon,
+         "", true},
+        {"endless output", "echo $$ > \"$1\"; exec yes", 20, std::nullopt, soon, "", false},
     };
     int index = 0;
     for (const auto& c : cases) {
@@ -117,12 +126,23 @@ TEST(CommandRunner, NoCallOutlivesItsLimitAndTheGroupGoesWithIt) {
         const std::string name = "hang" + std::to_string(index++);
         const auto pidFile = t / (name + ".pid");
         const auto start = std::chrono::steady_clock::now();
-        EXPECT_EQ(CommandRunner::run(writeScript(t, name, c.body), {pidFile.string()}, limit), std::nullopt);
+        EXPECT_EQ(CommandRunner::run(writeScript(t, name, c.body), {pidFile.string()}, c.timeout), c.expected);
         EXPECT_LT(std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count(), c.bound);
         EXPECT_EQ(readFile(pidFile.string() + ".term"), c.terms);
         const pid_t pid = static_cast<pid_t>(std::atoi(readFile(pidFile).c_str()));
         ASSERT_GT(pid, 0);
         if (c.leftAlive) ::kill(pid, SIGKILL);
         else EXPECT_TRUE(goneSoon(pid));
+    }
+}
+
+TEST(CommandRunner, OutputBeyondTheCapIsAFailure) {
+    TempTree t;
+    for (const std::size_t size : {CommandRunner::kMaxOutputBytes, CommandRunner::kMaxOutputBytes + 1}) {
+        SCOPED_TRACE(size);
+        const auto output = CommandRunner::run(
+            writeScript(t, "big" + std::to_string(size), "head -c " + std::to_string(size) + " /dev/zero | tr '\\000' a"),
+            {}, 30);
+        EXPECT_EQ(output, size <= CommandRunner::kMaxOutputBytes ? std::optional(std::string(size, 'a')) : std::nullopt);
     }
 }
