@@ -1,6 +1,12 @@
 #include "support/Process.h"
 
+#include "support/TempTree.h"
+
 #include <QProcess>
+
+#include <chrono>
+#include <csignal>
+#include <thread>
 
 #include <sys/wait.h>
 #include <unistd.h>
@@ -44,6 +50,13 @@ long long asUnprivileged(const std::function<long long()>& body) {
     int status = 0;
     ::waitpid(pid, &status, 0);
     return value;
+}
+
+bool goneSoon(pid_t pid) {
+    for (int i = 0; i < 200; ++i, std::this_thread::sleep_for(std::chrono::milliseconds(10)))
+        if (::kill(pid, 0) != 0 || readFile("/proc/" + std::to_string(pid) + "/stat").find(") Z ") != std::string::npos)
+            return true;
+    return false;
 }
 
 } // namespace lumabroom::test

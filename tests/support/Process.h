@@ -3,6 +3,7 @@
 #include <functional>
 #include <map>
 #include <string>
+#include <sys/types.h>
 #include <vector>
 
 namespace lumabroom::test {
@@ -21,5 +22,9 @@ ProcessResult runProcess(const std::vector<std::string>& argv, const std::map<st
 // mode 000 can still be read, so there the body runs in a child process as "nobody"; the tree it
 // reads must be open to others. Gives -1 if that child fails.
 long long asUnprivileged(const std::function<long long()>& body);
+
+// Whether the process ends within two seconds (signals travel asynchronously). A zombie counts
+// as gone: whoever inherited it may not reap it at once.
+bool goneSoon(pid_t pid);
 
 } // namespace lumabroom::test

@@ -1,6 +1,7 @@
 #include "clean/CommandRunner.h"
 
 #include "Script.h"
+#include "support/Process.h"
 
 #include <gtest/gtest.h>
 
@@ -12,19 +13,6 @@
 
 using namespace lumabroom;
 using namespace lumabroom::test;
-
-namespace {
-
-// Whether the process ends within two seconds (signals travel asynchronously). A zombie counts
-// as gone: whoever inherited it may not reap it at once.
-bool goneSoon(pid_t pid) {
-    for (int i = 0; i < 200; ++i, std::this_thread::sleep_for(std::chrono::milliseconds(10)))
-        if (::kill(pid, 0) != 0 || readFile("/proc/" + std::to_string(pid) + "/stat").find(") Z ") != std::string::npos)
-            return true;
-    return false;
-}
-
-} // namespace
 
 TEST(CommandRunner, FindBinaryTakesTheFirstExecutableFileWithTheTildeExpanded) {
     TempTree t;
