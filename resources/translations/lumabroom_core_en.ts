@@ -359,6 +359,11 @@
         <translation>The current user's temporary and cache folders under /private/var/folders; running apps may hold them (failures are reported), and the system also cleans them at restart</translation>
     </message>
     <message>
+        <extracomment>sys.tmp-folders: note on Linux</extracomment>
+        <source>TMPDIR(未设置时为 /tmp)下当前用户的临时文件与目录;含套接字或管道、正被运行中的进程使用的条目不列出</source>
+        <translation>The current user's temporary files and folders in TMPDIR (/tmp when unset); entries that hold sockets or pipes, or that a running process uses, are not listed</translation>
+    </message>
+    <message>
         <extracomment>sys.downloads-installers: name</extracomment>
         <source>下载目录安装包</source>
         <translation>Installers in Downloads</translation>

@@ -38,7 +38,8 @@ Account passwordDatabaseEntry() {
 
 std::string homeDirectory() {
     std::string home = environment("HOME");
-    if (home.empty()) home = passwordDatabaseEntry().home;
+    // A relative HOME would make every path depend on the working folder.
+    if (!home.starts_with('/')) home = passwordDatabaseEntry().home;
     while (home.size() > 1 && home.back() == '/') home.pop_back();
     return home.empty() ? std::string(1, '/') : home;
 }

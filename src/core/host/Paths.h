@@ -5,7 +5,7 @@
 
 namespace lumabroom::Paths {
 
-// HOME when set and not empty, else the password database's entry of the user.
+// HOME when it is an absolute path, else the password database's entry of the user.
 std::string homeDirectory();
 
 // The user's login shell from the password database; empty if it has none or not an absolute one.

@@ -37,6 +37,8 @@ struct Row {
     // (then the macOS places simply find nothing).
     std::optional<Patterns> linuxOS;
     bool exclusiveSizeOnly = false;
+    // Where the note of the macOS places would mislead on Linux.
+    std::string_view linuxNoteKey = {};
 };
 
 constexpr auto safe = SafetyLevel::safe;
@@ -161,7 +163,8 @@ std::vector<Row> systemRows() {
         // Linux has no per-user cache folder beside the temporary one.
         {"sys.tmp-folders", "系统临时文件",
          "/private/var/folders 下当前用户的临时与缓存目录;运行中的 App 可能占用(失败会提示),重启后系统也会自行清理",
-         caution, {"$TMPDIR/*", "$DARWIN_CACHE/*"}, Patterns{"$TMPDIR/*"}},
+         caution, {"$TMPDIR/*", "$DARWIN_CACHE/*"}, Patterns{"$TMPDIR/*"}, false,
+         "TMPDIR(未设置时为 /tmp)下当前用户的临时文件与目录;含套接字或管道、正被运行中的进程使用的条目不列出"},
         {"sys.downloads-installers", "下载目录安装包",
          "Downloads 里的 dmg/pkg/xip/iso 安装镜像,装完通常不再需要;建议用「移到废纸篓」", caution,
          {"~/Downloads/*.dmg", "~/Downloads/*.pkg", "~/Downloads/*.xip", "~/Downloads/*.iso"}, std::nullopt},
@@ -176,7 +179,7 @@ std::vector<CleanRule> rules(std::span<const Row> rows, Category category, PathT
         result.push_back(CleanRule{
             .id = std::string(row.id),
             .nameKey = std::string(row.nameKey),
-            .noteKey = std::string(row.noteKey),
+            .noteKey = std::string(table == PathTable::linuxOS && !row.linuxNoteKey.empty() ? row.linuxNoteKey : row.noteKey),
             .category = category,
             .paths = paths,
             .safety = row.safety,

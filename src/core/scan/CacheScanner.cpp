@@ -1,7 +1,6 @@
 #include "scan/CacheScanner.h"
 
-#include "host/FileSystem.h"
-#include "host/Paths.h"
+#include "host/TempFolders.h"
 #include "scan/DirectorySizer.h"
 #include "scan/PathExpander.h"
 #include "scan/WorkerPool.h"
@@ -58,13 +57,6 @@ void ScanStream::cancel() {
 
 namespace CacheScanner {
 
-namespace {
-// Where the temporary folder is shared by all users, what others keep there is none of ours.
-bool keepsToOwnEntries(const CleanRule& rule) {
-    return rule.id == "sys.tmp-folders" && Paths::temporaryDirectoryIsShared();
-}
-} // namespace
-
 RuleScanResult scanRule(const CleanRule& rule, const RouteTable& routes) {
     if (auto route = routes.find(rule.id); route != routes.end() && route->second) {
         if (auto entries = route->second()) return {rule, std::move(*entries)};
@@ -75,8 +67,7 @@ RuleScanResult scanRule(const CleanRule& rule, const RouteTable& routes) {
         auto found = PathExpander::expand(pattern);
         locations.insert(locations.end(), std::make_move_iterator(found.begin()), std::make_move_iterator(found.end()));
     }
-    if (keepsToOwnEntries(rule))
-        std::erase_if(locations, [](const auto& p) { return !FileSystem::isOwnedByCurrentUser(p.string()); });
+    if (rule.id == "sys.tmp-folders") locations = TempFolders::offered(std::move(locations));
 
     auto sizes = DirectorySizer::sizes(locations, rule.exclusiveSizeOnly);
     std::vector<ScanEntry> entries;

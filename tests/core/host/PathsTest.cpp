@@ -12,8 +12,14 @@ TEST(Paths, HomeFromEnvironmentElseThePasswordDatabase) {
         ScopedEnv env({{"HOME", "/some/home/"}});
         EXPECT_EQ(Paths::expandingTilde("~/a b/c"), "/some/home/a b/c");
     }
-    ScopedEnv empty({{"HOME", ""}});
-    EXPECT_TRUE(Paths::homeDirectory().starts_with('/')) << Paths::homeDirectory();
+    std::string fromDatabase;
+    {
+        ScopedEnv empty({{"HOME", ""}});
+        fromDatabase = Paths::homeDirectory();
+    }
+    EXPECT_TRUE(fromDatabase.starts_with('/')) << fromDatabase;
+    ScopedEnv relative({{"HOME", "relative/home"}});
+    EXPECT_EQ(Paths::homeDirectory(), fromDatabase);
 }
 
 TEST(Paths, TemporaryFolderAlwaysEndsInSlash) {
