@@ -111,9 +111,19 @@ std::optional<std::vector<ScanEntry>> entries(const std::filesystem::path& model
 namespace OllamaModelRemover {
 
 std::optional<std::string> modelName(const std::filesystem::path& manifest) {
+    constexpr std::string_view marker = "/manifests/";
     const std::string path = manifest.string();
-    if (path.find("/manifests/") == std::string::npos) return std::nullopt;
-    return lastComponent(Paths::deletingLastPathComponent(path)) + ":" + lastComponent(path);
+    const auto at = path.find(marker);
+    if (at == std::string::npos) return std::nullopt;
+    std::string_view name = std::string_view(path).substr(at + marker.size());
+    const auto tagAt = name.rfind('/');
+    if (tagAt == std::string_view::npos)
+        return lastComponent(Paths::deletingLastPathComponent(path)) + ":" + lastComponent(path);
+    std::string_view model = name.substr(0, tagAt);
+    // Only the default registry and namespace go without saying; "alice/llama3" is not "llama3".
+    for (std::string_view implied : {"registry.ollama.ai/", "library/"})
+        if (model.starts_with(implied) && model.size() > implied.size()) model.remove_prefix(implied.size());
+    return std::string(model) + ":" + std::string(name.substr(tagAt + 1));
 }
 
 bool remove(const std::string& model) {

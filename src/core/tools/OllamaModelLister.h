@@ -27,7 +27,10 @@ std::optional<std::int64_t> manifestSize(std::string_view json);
 
 namespace OllamaModelRemover {
 
-// "<folder>:<file>" of a manifest, as in "llama3:8b"; nothing for a path outside "/manifests/".
+// The model a manifest stands for, "<model>:<tag>", with the registry and namespace kept unless
+// they are the default ones: ".../manifests/registry.ollama.ai/library/llama3/8b" is "llama3:8b",
+// ".../registry.ollama.ai/alice/llama3/8b" is "alice/llama3:8b", ".../hf.co/u/m/q4" is "hf.co/u/m:q4".
+// Nothing for a path outside "/manifests/".
 std::optional<std::string> modelName(const std::filesystem::path& manifest);
 
 // `ollama rm <model>`; true when the tool reported success. Never deletes files itself.

@@ -50,8 +50,20 @@ TEST(OllamaModelLister, OneEntryPerManifestAtAnyDepthAndNoneBehindAnUnreadableFo
                                           {deep, 2'000, std::nullopt}, {loose, 2, std::nullopt}};
     EXPECT_EQ(asUnprivileged([&] { return static_cast<long long>(OllamaModelLister::entries(t / "models") == expected); }),
               1);
-    EXPECT_EQ(OllamaModelRemover::modelName(loose), "manifests:loose");
-    EXPECT_EQ(OllamaModelRemover::modelName(t / "models/blobs/sha256-l"), std::nullopt);
+}
+
+// A name that drops its namespace would remove the library model of the same name.
+TEST(OllamaModelRemover, ModelNamesKeepAllButTheDefaultRegistryAndNamespace) {
+    const std::pair<const char*, std::optional<std::string>> cases[] = {
+        {"/m/manifests/registry.ollama.ai/library/llama3/8b", "llama3:8b"},
+        {"/m/manifests/registry.ollama.ai/alice/llama3/8b", "alice/llama3:8b"},
+        {"/m/manifests/registry.ollama.ai/alice/library/7b", "alice/library:7b"},
+        {"/m/manifests/hf.co/user/deep/er/qwen/q4", "hf.co/user/deep/er/qwen:q4"},
+        {"/m/manifests/example.com/library/phi/latest", "example.com/library/phi:latest"},
+        {"/m/manifests/loose", "manifests:loose"},
+        {"/m/blobs/sha256-l", std::nullopt},
+    };
+    for (const auto& [path, expected] : cases) EXPECT_EQ(OllamaModelRemover::modelName(path), expected) << path;
 }
 
 TEST(OllamaModelLister, TheRouteFallsBackToTheFolderWithoutModels) {
