@@ -77,6 +77,12 @@ std::string xdgDataHome() {
     return !value.empty() && value.front() == '/' ? value : homeDirectory() + "/.local/share";
 }
 
+std::optional<std::string> xdgRuntimeDirectory() {
+    std::string value = environment("XDG_RUNTIME_DIR");
+    if (value.empty() || value.front() != '/') return std::nullopt;
+    return value;
+}
+
 std::string expandingTilde(std::string_view path) {
     if (path.empty() || path.front() != '~') return std::string(path);
     if (path.size() > 1 && path[1] != '/') return std::string(path);

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -23,6 +24,8 @@ bool temporaryDirectoryIsShared();
 // path, else "~/.cache" and "~/.local/share".
 std::string xdgCacheHome();
 std::string xdgDataHome();
+// XDG_RUNTIME_DIR when it holds an absolute path; it has no fallback.
+std::optional<std::string> xdgRuntimeDirectory();
 
 // "~" and "~/..." become the home folder; "~user" is left as it is.
 std::string expandingTilde(std::string_view path);

@@ -18,6 +18,7 @@ namespace lumabroom::DockerCLI {
 namespace {
 
 constexpr std::string_view kOrbStackSocket = "~/.orbstack/run/docker.sock";
+constexpr std::string_view kDesktopSocket = "~/.docker/desktop/docker.sock";
 constexpr std::string_view kSystemSocket = "/var/run/docker.sock";
 
 struct Unit {
@@ -30,7 +31,7 @@ constexpr std::array kUnits{
 };
 
 std::mutex overrideMutex;
-std::optional<std::vector<std::string>> socketOverride;
+std::optional<std::string> systemSocketOverride;
 
 // A whole text as a number, the way the platform reads one: an optional sign, then a decimal or
 // hexadecimal number, an exponent, or inf/nan; nothing may lead or trail.
@@ -64,18 +65,19 @@ std::int64_t truncatedBytes(double value) {
 } // namespace
 
 std::vector<std::string> socketCandidates() {
-    {
-        std::lock_guard lock(overrideMutex);
-        if (socketOverride) return *socketOverride;
-    }
     std::vector<std::string> paths{std::string(kOrbStackSocket)};
-    if (!Platform::isMacOS()) paths.emplace_back(kSystemSocket);
+    if (Platform::isMacOS()) return paths;
+    // Docker Desktop for Linux, then a rootless daemon, then the system's.
+    paths.emplace_back(kDesktopSocket);
+    if (auto runtime = Paths::xdgRuntimeDirectory()) paths.push_back(*runtime + "/docker.sock");
+    std::lock_guard lock(overrideMutex);
+    paths.push_back(systemSocketOverride.value_or(std::string(kSystemSocket)));
     return paths;
 }
 
-void setSocketCandidatesForTesting(std::optional<std::vector<std::string>> paths) {
+void setSystemSocketForTesting(std::optional<std::string> path) {
     std::lock_guard lock(overrideMutex);
-    socketOverride = std::move(paths);
+    systemSocketOverride = std::move(path);
 }
 
 bool daemonAvailable() {

@@ -8,13 +8,14 @@
 
 namespace lumabroom::DockerCLI {
 
-// Where the daemon's socket may be, in order (may begin with "~"): OrbStack's, and on Linux then the
-// system daemon's "/var/run/docker.sock".
+// Where the daemon's socket may be, in order (may begin with "~"): OrbStack's, and on Linux then
+// Docker Desktop's "~/.docker/desktop/docker.sock", a rootless daemon's "$XDG_RUNTIME_DIR/docker.sock"
+// and the system daemon's "/var/run/docker.sock".
 std::vector<std::string> socketCandidates();
 
-// Test seam, in-process only: while set, socketCandidates() gives just these. nullopt restores the
-// fixed places. Never read from the environment.
-void setSocketCandidatesForTesting(std::optional<std::vector<std::string>> paths);
+// Test seam, in-process only: while set, the system daemon's socket is looked for here instead.
+// nullopt restores the fixed place. Never read from the environment.
+void setSystemSocketForTesting(std::optional<std::string> path);
 
 // The daemon counts as running exactly while a file exists at one of the socket candidates. One
 // file test per candidate, no process.

@@ -1,5 +1,6 @@
 #include "FakeTool.h"
 
+#include "host/Platform.h"
 #include "host/ToolPaths.h"
 #include "tools/DockerCLI.h"
 #include "tools/DockerInventoryLister.h"
@@ -20,20 +21,20 @@ namespace fs = std::filesystem;
 namespace {
 
 // A fake docker found through the test seam, and a daemon socket that exists only after
-// startDaemon(). It is the second of two candidates, so that every candidate counts.
+// startDaemon(). It is the system daemon's, the last candidate, so that every candidate counts.
 struct DockerTest : ::testing::Test {
     DockerTest() {
         ToolPaths::setOverride(Tool::docker, docker.binary.string());
-        DockerCLI::setSocketCandidatesForTesting(
-            std::vector<std::string>{(tree / "absent.sock").string(), (tree / "docker.sock").string()});
+        DockerCLI::setSystemSocketForTesting((tree / "docker.sock").string());
     }
     ~DockerTest() override {
         ToolPaths::setOverride(Tool::docker, std::nullopt);
-        DockerCLI::setSocketCandidatesForTesting(std::nullopt);
+        DockerCLI::setSystemSocketForTesting(std::nullopt);
     }
     void startDaemon() { tree.file("docker.sock"); }
 
     TempTree tree;
+    ScopedEnv env{{"HOME", (tree / "home").string()}, {"XDG_RUNTIME_DIR", (tree / "run").string()}};
     FakeTool docker{tree / "docker"};
 };
 
@@ -49,6 +50,24 @@ TEST(DockerCLI, ParseSizeProbesTheUnitTableInOrder) {
         {"512B", 512}, {"12.3KB", 12300}, {"1.5TB", 1500000000000}, {"4.1MB", 4099999},
         {"1.5GiB", 0}, {"N/A", 0},        {"", 0},                  {"B", 0},          {" 5MB", 0}};
     for (const auto& [text, bytes] : cases) EXPECT_EQ(DockerCLI::parseSize(text), bytes) << text;
+}
+
+// Docker Desktop for Linux and a rootless daemon have their sockets in the user's folders.
+TEST_F(DockerTest, EachSocketOfTheUserOrTheSystemTellsThatTheDaemonRuns) {
+    if (Platform::isMacOS()) GTEST_SKIP() << "only OrbStack's socket is looked for here";
+    EXPECT_EQ(DockerCLI::socketCandidates(),
+              (std::vector<std::string>{"~/.orbstack/run/docker.sock", "~/.docker/desktop/docker.sock",
+                                        (tree / "run/docker.sock").string(), (tree / "docker.sock").string()}));
+    EXPECT_FALSE(DockerCLI::daemonAvailable());
+    for (const char* socket : {"home/.orbstack/run/docker.sock", "home/.docker/desktop/docker.sock", "run/docker.sock",
+                               "docker.sock"}) {
+        SCOPED_TRACE(socket);
+        tree.file(socket);
+        EXPECT_TRUE(DockerCLI::daemonAvailable());
+        fs::remove(tree / socket);
+    }
+    ScopedEnv relative{{"XDG_RUNTIME_DIR", "run"}};
+    EXPECT_EQ(DockerCLI::socketCandidates().size(), 3u);
 }
 
 TEST(DockerUsageLister, ReadsEachKnownRowLenientlyInTheToolsOrder) {
