@@ -35,10 +35,14 @@ std::string_view trimmed(std::string_view text, Predicate drop) {
     return text;
 }
 
+// Git names worktrees by their real paths, the folder scan by the home folder's spelling, which
+// may pass through a link: one worktree is one real path.
+std::string identity(const std::string& path) { return FileSystem::resolvingSymlinks(path).value_or(path); }
+
 // The working state of one run; touched only by the thread that runs `discover`.
 struct Run {
     std::set<std::string> askedRepositories;
-    std::set<std::string> takenWorktrees;
+    std::set<std::string> takenWorktrees; // by identity()
     std::vector<Candidate> candidates;
 
     // Asks each repository not asked before for its worktrees, all at once, and takes those that
@@ -54,7 +58,7 @@ struct Run {
         for (std::size_t i = 0; i < fresh.size(); ++i) {
             if (!listings[i]) continue;
             for (auto& path : parseWorktreeList(*listings[i])) {
-                if (!FileSystem::exists(path) || !takenWorktrees.insert(path).second) continue;
+                if (!FileSystem::exists(path) || !takenWorktrees.insert(identity(path)).second) continue;
                 candidates.push_back({std::move(path), fresh[i]});
             }
         }
@@ -73,10 +77,11 @@ struct Run {
             if (!entries) continue;
             for (const auto& name : *entries) {
                 std::string path = folder + "/" + name;
-                if (takenWorktrees.count(path)) continue;
+                std::string key = identity(path);
+                if (takenWorktrees.count(key)) continue;
                 auto repo = repositoryOfGitFile(path + "/.git");
                 if (!repo) continue;
-                takenWorktrees.insert(path);
+                takenWorktrees.insert(std::move(key));
                 candidates.push_back({std::move(path), *repo});
                 repositories.push_back(std::move(*repo));
             }

@@ -98,3 +98,24 @@ TEST(WorktreeDiscovery, FindsEveryWorktreeOnceWithGitFactsThenSizes) {
     // Each size lands on its own worktree; the dates are checked in AgentsCliTest.
     for (const auto& w : reports.back()) EXPECT_EQ(w.size, treeFacts(w.path).bytes) << w.path;
 }
+
+// Git lists a worktree whose folder was deleted by hand until it is pruned; there is nothing left
+// to remove. A home reached through a link makes the folder scan and git spell one worktree two ways.
+TEST(WorktreeDiscovery, EachExistingWorktreeOnceWhenHomeIsALink) {
+    AgentHome h;
+    const fs::path link = h.tree->symlink("home-link", h.home);
+    ScopedEnv env{{"HOME", link.string()}};
+    const fs::path repo = h.home / "src/repo", kept = h.home / ".codex/worktrees/a1/kept", gone = h.home / "gone";
+    makeRepo(repo);
+    git(repo, {"worktree", "add", "-q", "-b", "kept", kept.string()});
+    git(repo, {"worktree", "add", "-q", "-b", "gone", gone.string()});
+    fs::remove_all(gone);
+    ASSERT_NE(git(repo, {"worktree", "list", "--porcelain"}).out.find("worktree " + gone.string() + "\n"), std::string::npos);
+    writeText(h.home / ".claude/projects/p1/s.jsonl", "{\"cwd\":\"" + (link / "src/repo").string() + "\"}\n");
+
+    std::vector<WorktreeInfo> last;
+    WorktreeDiscovery::discover([&](const std::vector<WorktreeInfo>& list) { last = list; });
+    std::vector<std::string> paths;
+    for (const auto& w : last) paths.push_back(w.path.string());
+    EXPECT_EQ(paths, std::vector<std::string>{fs::canonical(kept).string()});
+}
