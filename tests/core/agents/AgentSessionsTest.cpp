@@ -1,4 +1,5 @@
 #include "agents/AgentSessions.h"
+#include "agents/ClaudeProjects.h"
 
 #include "GitRepo.h"
 
@@ -54,4 +55,23 @@ TEST(AgentSessions, ClaudeLooksOneLevelDeepCodexAtAnyDepthButNotThroughLinks) {
     EXPECT_TRUE(AgentSessions::remove(deep));
     EXPECT_TRUE(fs::exists(h.home / ".local/share/Trash/files/rollout-deep.jsonl"));
     EXPECT_FALSE(AgentSessions::remove(deep)) << "a file that no longer exists";
+}
+
+// A session file that stays where it was is never reported as removed. The folder that holds it
+// cannot be written, by this user or, as root, by the unprivileged child.
+TEST(AgentSessions, AFileThatDidNotGoToTheTrashIsNotRemoved) {
+    AgentHome h;
+    for (const char* folder : {"home/.local/share/Trash/files", "home/.local/share/Trash/info"})
+        ::chmod(h.tree->dir(folder).c_str(), 0777);
+    const auto claude = session(h, ".claude/projects/p1/s.jsonl", 100);
+    const auto codex = session(h, ".codex/sessions/2025/01/r.jsonl", 100);
+    ::chmod(claude.parent_path().c_str(), 0555);
+    ::chmod(codex.parent_path().c_str(), 0555);
+    EXPECT_EQ(asUnprivileged([&] {
+                  return static_cast<long long>(ClaudeProjects::removeSessions(claude.parent_path())) * 10
+                         + static_cast<long long>(AgentSessions::remove(codex));
+              }),
+              0);
+    EXPECT_TRUE(fs::exists(claude) && fs::exists(codex));
+    EXPECT_TRUE(fs::is_empty(h.home / ".local/share/Trash/files"));
 }
