@@ -474,6 +474,14 @@
         <translation>yesterday</translation>
     </message>
     <message numerus="yes">
+        <extracomment>sizes below 1 kB</extracomment>
+        <source>%n 字节</source>
+        <translation>
+            <numerusform>%n byte</numerusform>
+            <numerusform>%n bytes</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
         <extracomment>age: 2 to 29 days</extracomment>
         <source>%n 天前</source>
         <translation>

@@ -8,6 +8,8 @@
 namespace lumabroom::Formatting {
 
 std::string bytes(std::int64_t count) {
+    // The platform's table says "1 bytes".
+    if (count > -1000 && count < 1000) return Localization::counted("%n 字节", count);
     const std::int64_t magnitude = count < 0 ? -(count + 1) : count;
     const int decimals = magnitude < 1'000'000 ? 0 : magnitude < 1'000'000'000 ? 1 : 2;
     return Locale::dataSize(count, decimals, rawValue(Localization::effectiveLanguage()));

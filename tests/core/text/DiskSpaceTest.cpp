@@ -1,10 +1,13 @@
 #include "LanguageTestSupport.h"
 
+#include "host/Platform.h"
 #include "support/TempTree.h"
 #include "text/DiskSpace.h"
 
 #include <gtest/gtest.h>
 
+#include <set>
+#include <sys/stat.h>
 #include <sys/statvfs.h>
 
 using namespace lumabroom;
@@ -28,4 +31,29 @@ TEST(DiskSpace, CurrentReadsTheVolumeThatHoldsThePath) {
     EXPECT_EQ(DiskSpace::current(tree.file("inside/file.txt", 10)).value().total,
               static_cast<std::int64_t>(volume.f_blocks) * static_cast<std::int64_t>(volume.f_frsize));
     EXPECT_EQ(DiskSpace::current(tree / "missing" / "deeper"), std::nullopt);
+}
+
+// Most Linux volumes have no label; their mount point names them.
+TEST(Volume, ALinuxVolumeIsNamedByItsLabelElseItsMountPoint) {
+    if (Platform::isMacOS()) GTEST_SKIP() << "the system names every volume";
+    TempTree tree;
+    const auto reading = Volume::read(tree.file("inside/file.txt", 10));
+    ASSERT_TRUE(reading && reading->name);
+    struct stat item {};
+    ASSERT_EQ(::stat(tree.root().c_str(), &item), 0);
+    std::set<std::string> names;
+    std::error_code ec;
+    for (const auto& label : std::filesystem::directory_iterator("/dev/disk/by-label", ec)) {
+        struct stat device {};
+        if (::stat(label.path().c_str(), &device) == 0 && device.st_rdev == item.st_dev)
+            names.insert(label.path().filename().string());
+    }
+    if (names.empty()) {
+        std::filesystem::path top = tree.root();
+        for (struct stat above {}; top != top.root_path() && ::stat(top.parent_path().c_str(), &above) == 0
+                                   && above.st_dev == item.st_dev;)
+            top = top.parent_path();
+        names.insert(top.string());
+    }
+    EXPECT_EQ(names.count(*reading->name), 1u) << *reading->name;
 }

@@ -38,7 +38,7 @@ TEST(Formatting, AgeCountsWholeDaysInBothLanguages) {
 
 TEST(Formatting, BytesInDecimalUnitsWithPrecisionByUnitInBothLanguages) {
     const std::tuple<std::int64_t, const char*, const char*> cases[] = {
-        {999, "999 bytes", "999 字节"}, {1000, "1 kB", "1 kB"}, {999'999, "1,000 kB", "1,000 kB"},
+        {0, "0 bytes", "0 字节"}, {1, "1 byte", "1 字节"}, {-1, "-1 byte", "-1 字节"}, {999, "999 bytes", "999 字节"}, {1000, "1 kB", "1 kB"}, {999'999, "1,000 kB", "1,000 kB"},
         {1'000'000, "1.0 MB", "1.0 MB"}, {12'345'678, "12.3 MB", "12.3 MB"}, {999'999'999, "1,000.0 MB", "1,000.0 MB"},
         {1'000'000'000, "1.00 GB", "1.00 GB"}, {2'500'000'000'000, "2.50 TB", "2.50 TB"}, {-35'000, "-35 kB", "-35 kB"},
     };
