@@ -473,6 +473,32 @@
         <source>昨天</source>
         <translation>yesterday</translation>
     </message>
+    <message>
+        <extracomment>lumabroom-scan: the volume line after its name</extracomment>
+        <source>已用 %1 · 可用 %2 · 共 %3</source>
+        <translation>%1 used · %2 free · %3 total</translation>
+    </message>
+    <message>
+        <extracomment>lumabroom-scan: a rule without entries</extracomment>
+        <source>(未找到)</source>
+        <translation>(nothing found)</translation>
+    </message>
+    <message numerus="yes">
+        <extracomment>lumabroom-scan: entries of a rule beyond those listed</extracomment>
+        <source>… 另有 %n 项</source>
+        <translation>
+            <numerusform>… %n more</numerusform>
+            <numerusform>… %n more</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <extracomment>lumabroom-scan: the last line; %1 is the total size, %2 the seconds taken</extracomment>
+        <source>共 %1,%n 条规则,用时 %2 秒</source>
+        <translation>
+            <numerusform>Total %1 in %n rule, %2 s</numerusform>
+            <numerusform>Total %1 in %n rules, %2 s</numerusform>
+        </translation>
+    </message>
     <message numerus="yes">
         <extracomment>sizes below 1 kB</extracomment>
         <source>%n 字节</source>

@@ -3,6 +3,7 @@
 #include "Columns.h"
 
 #include "text/Formatting.h"
+#include "text/Strings.h"
 #include "tools/DockerInventoryLister.h"
 #include "tools/DockerUsageLister.h"
 
@@ -52,8 +53,8 @@ Json inventoryJson(const std::optional<DockerInventory>& inventory) {
 void printItems(std::ostream& out, const char* title, const std::vector<DockerItem>& items) {
     out << title << " (" << items.size() << ")\n";
     for (const auto& i : items) {
-        out << "  " << Columns::rightAligned(Formatting::bytes(i.size), 10) << "  " << i.name;
-        if (!i.detail.empty()) out << "  ·  " << i.detail;
+        out << "  " << Columns::rightAligned(Formatting::bytes(i.size), 10) << "  " << Strings::quotedForTerminal(i.name);
+        if (!i.detail.empty()) out << "  ·  " << Strings::quotedForTerminal(i.detail);
         out << "  [" << i.ref << "]\n";
     }
 }

@@ -4,6 +4,7 @@
 
 #include "host/Paths.h"
 #include "text/Formatting.h"
+#include "text/Strings.h"
 #include "tools/OllamaModelLister.h"
 
 #include <nlohmann/json.hpp>
@@ -36,7 +37,7 @@ int run(bool json, std::ostream& out) {
     std::int64_t total = 0;
     for (const auto& model : models) {
         out << "  " << Columns::rightAligned(Formatting::bytes(model.size), 10) << "  "
-            << OllamaModelRemover::modelName(model.url).value_or(model.url.string()) << "\n";
+            << Strings::quotedForTerminal(OllamaModelRemover::modelName(model.url).value_or(model.url.string())) << "\n";
         if (__builtin_add_overflow(total, model.size, &total)) total = std::numeric_limits<std::int64_t>::max();
     }
     out << "Total " << Formatting::bytes(total) << " in " << models.size() << " models (shared blobs count in each)\n";

@@ -1,8 +1,11 @@
 #include "ScanReport.h"
 
+#include "Columns.h"
+
 #include "host/Paths.h"
 #include "text/Formatting.h"
 #include "text/Localization.h"
+#include "text/Strings.h"
 
 #include <nlohmann/json.hpp>
 
@@ -24,10 +27,7 @@ std::string displayPath(const std::filesystem::path& path, const std::string& ho
     return text;
 }
 
-std::string padded(std::string text, std::size_t width) {
-    if (text.size() < width) text.insert(0, width - text.size(), ' ');
-    return text;
-}
+std::string sizeColumn(std::int64_t bytes) { return Columns::rightAligned(Formatting::bytes(bytes), 10); }
 } // namespace
 
 std::string jsonLine(const RuleScanResult& result) {
@@ -57,8 +57,10 @@ std::string doneLine(std::size_t rules, std::int64_t total, double seconds) {
 }
 
 std::string volumeLine(const DiskSpace& disk) {
-    return disk.volumeName + "  " + Formatting::bytes(disk.used()) + " used · " + Formatting::bytes(disk.available)
-           + " free · " + Formatting::bytes(disk.total) + " total";
+    return Strings::quotedForTerminal(disk.volumeName) + "  "
+           + Localization::formatted("已用 %1 · 可用 %2 · 共 %3", {Formatting::bytes(disk.used()),
+                                                                  Formatting::bytes(disk.available),
+                                                                  Formatting::bytes(disk.total)});
 }
 
 std::string readable(const std::vector<RuleScanResult>& results, const std::vector<CleanRule>& catalogueOrder,
@@ -82,23 +84,26 @@ std::string readable(const std::vector<RuleScanResult>& results, const std::vect
         grandTotal += categoryTotal;
         out += displayName(category) + "  " + Formatting::bytes(categoryTotal) + "\n";
         for (const auto* r : rows) {
-            out += "  " + padded(Formatting::bytes(r->totalSize()), 10) + "  " + r->rule.name();
-            if (r->entries.empty()) out += "  (nothing found)";
+            out += "  " + sizeColumn(r->totalSize()) + "  " + r->rule.name();
+            if (r->entries.empty()) out += "  " + Localization::text("(未找到)");
             out += "\n";
             std::size_t shown = std::min(entriesPerRule, r->entries.size());
             for (std::size_t i = 0; i < shown; ++i) {
                 const auto& e = r->entries[i];
-                out += "      " + padded(Formatting::bytes(e.size), 10) + "  "
-                       + (e.label ? e.label->text() : displayPath(e.url, home)) + "\n";
+                out += "      " + sizeColumn(e.size) + "  "
+                       + Strings::quotedForTerminal(e.label ? e.label->text() : displayPath(e.url, home)) + "\n";
             }
             if (r->entries.size() > shown)
-                out += "      " + padded("", 10) + "  … " + std::to_string(r->entries.size() - shown) + " more\n";
+                out += "      " + Columns::rightAligned("", 10) + "  "
+                       + Localization::counted("… 另有 %n 项", static_cast<std::int64_t>(r->entries.size() - shown)) + "\n";
         }
         out += "\n";
     }
     char time[32];
-    std::snprintf(time, sizeof time, "%.2f s", seconds);
-    out += "Total " + Formatting::bytes(grandTotal) + " in " + std::to_string(results.size()) + " rules, " + time + "\n";
+    std::snprintf(time, sizeof time, "%.2f", seconds);
+    out += Localization::counted("共 %1,%n 条规则,用时 %2 秒", static_cast<std::int64_t>(results.size()),
+                                 {Formatting::bytes(grandTotal), time})
+           + "\n";
     return out;
 }
 

@@ -1,7 +1,10 @@
 #include "SessionsMode.h"
 
+#include "Columns.h"
+
 #include "agents/AgentSessions.h"
 #include "text/Formatting.h"
+#include "text/Strings.h"
 
 #include <nlohmann/json.hpp>
 
@@ -35,10 +38,9 @@ int run(Agent agent, std::size_t limit, bool json, std::ostream& out) {
     out << "Largest " << name << " sessions\n";
     std::int64_t total = 0;
     for (const auto& s : sessions) {
-        std::string size = Formatting::bytes(s.size);
-        out << "  " << std::string(size.size() < 10 ? 10 - size.size() : 0, ' ') << size << "  "
-            << (s.label ? s.label->text() : s.url.filename().string()) << "\n"
-            << "  " << std::string(12, ' ') << s.url.string() << "\n";
+        out << "  " << Columns::rightAligned(Formatting::bytes(s.size), 10) << "  "
+            << Strings::quotedForTerminal(s.label ? s.label->text() : s.url.filename().string()) << "\n"
+            << "  " << std::string(12, ' ') << Strings::quotedForTerminal(s.url.string()) << "\n";
         total += s.size;
     }
     out << "Total " << Formatting::bytes(total) << " in " << sessions.size() << " files\n";
