@@ -71,7 +71,8 @@ std::string linkTarget(int folder, const char* name) {
     return n > 0 ? std::string(buffer, static_cast<std::size_t>(n)) : std::string();
 }
 
-// The working folders and open files of the user's other processes, as the kernel names them.
+// The working folders, programs and open files of the user's other processes, as the kernel
+// names them.
 std::vector<std::string> pathsInUse() {
     std::vector<std::string> paths;
     DIR* proc = ::opendir("/proc");
@@ -87,7 +88,8 @@ std::vector<std::string> pathsInUse() {
         if (::fstatat(::dirfd(proc), entry->d_name, &st, 0) != 0 || st.st_uid != user) continue;
         int process = ::openat(::dirfd(proc), entry->d_name, O_RDONLY | O_DIRECTORY | O_CLOEXEC);
         if (process < 0) continue;
-        if (std::string cwd = linkTarget(process, "cwd"); !cwd.empty()) paths.push_back(std::move(cwd));
+        for (const char* link : {"cwd", "exe"})
+            if (std::string target = linkTarget(process, link); target.starts_with('/')) paths.push_back(std::move(target));
         int fds = ::openat(process, "fd", O_RDONLY | O_DIRECTORY | O_CLOEXEC);
         ::close(process);
         DIR* open = fds >= 0 ? ::fdopendir(fds) : nullptr;
