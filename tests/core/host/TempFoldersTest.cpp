@@ -22,11 +22,11 @@ namespace fs = std::filesystem;
 
 namespace {
 
-// A process of this user that works in `folder`, holding `openFile` open if one is given; killed
-// with the object.
+// A process of this user that runs `program` (a copy of sleep) in `folder`, holding `openFile` open
+// if one is given; killed with the object.
 class Holder {
 public:
-    Holder(const fs::path& folder, const fs::path& openFile = {}) {
+    Holder(const fs::path& folder, const fs::path& openFile = {}, const fs::path& program = "/bin/sleep") {
         int ready[2];
         if (::pipe(ready) != 0) return;
         pid_ = ::fork();
@@ -36,7 +36,7 @@ public:
             if (!openFile.empty() && ::open(openFile.c_str(), O_RDONLY) < 0) ::_exit(1);
             if (::write(ready[1], "r", 1) != 1) ::_exit(1);
             ::close(ready[1]);
-            ::execl("/bin/sleep", "sleep", "30", static_cast<char*>(nullptr));
+            ::execl(program.c_str(), "sleep", "30", static_cast<char*>(nullptr));
             ::_exit(1);
         }
         ::close(ready[1]);
@@ -101,7 +101,10 @@ TEST(TempFolders, SharedFolderOffersOnlyTheUsersIdleEntries) {
     ASSERT_EQ(::mkfifo((tmp / "pipes/p").c_str(), 0600), 0);
     Holder working(t.dir("tmp/working/sub"));
     Holder reading(t.root(), t.file("tmp/reading/log", 10));
-    ASSERT_TRUE(working.ready() && reading.ready());
+    t.dir("tmp/tools");
+    fs::copy_file("/bin/sleep", tmp / "tools/sleep");
+    Holder running(t.root(), {}, tmp / "tools/sleep");
+    ASSERT_TRUE(working.ready() && reading.ready() && running.ready());
     const std::vector<std::string> expected{"loose.txt", "plain"};
     if (::geteuid() == 0) {
         ASSERT_EQ(::lchown(t.dir("tmp/others").c_str(), 65534, 65534), 0);
