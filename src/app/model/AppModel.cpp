@@ -100,21 +100,25 @@ std::set<std::string> pathsOf(const std::vector<ScanEntry>& entries) {
 } // namespace
 
 // Outcomes of the pool's work on their way to the model's thread. The queue, not the event, carries
-// them, so that every hand-over goes through one lock that the thread checkers see.
+// them, so that every hand-over goes through one lock that the thread checkers see. The one wake-up
+// event is made on the model's thread and only posted by the workers: an event made on one thread
+// and freed on another would hand memory over behind the checkers' back.
 class AppModel::Inbox {
 public:
-    explicit Inbox(AppModel* model) : model_(model) {}
+    explicit Inbox(AppModel* model) : model_(model), wakeUp_(std::make_unique<QEvent>(kInboxEvent)) {}
 
     void post(std::function<void()> call) {
         std::lock_guard guard(lock_);
         if (!model_) return;
-        const bool wake = calls_.empty();
         calls_.push_back(std::move(call));
-        if (wake) QCoreApplication::postEvent(model_, new QEvent(kInboxEvent));
+        // Without the event, a wake-up is under way and will find this call too.
+        if (wakeUp_) QCoreApplication::postEvent(model_, wakeUp_.release());
     }
 
+    // On the model's thread, when the wake-up has arrived.
     std::deque<std::function<void()>> take() {
         std::lock_guard guard(lock_);
+        if (!wakeUp_) wakeUp_ = std::make_unique<QEvent>(kInboxEvent);
         return std::exchange(calls_, {});
     }
 
@@ -128,6 +132,7 @@ public:
 private:
     std::mutex lock_;
     AppModel* model_;
+    std::unique_ptr<QEvent> wakeUp_;
     std::deque<std::function<void()>> calls_;
 };
 
