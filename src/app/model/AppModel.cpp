@@ -244,12 +244,18 @@ AppModel::Key AppModel::intern(const std::string& path) {
     return found->second;
 }
 
-AppModel::Indexed AppModel::indexOf(const RuleScanResult& result) {
+AppModel::Indexed AppModel::indexOf(const RuleScanResult& result, const RuleScanResult* previous,
+                                    const Indexed* previousIndexed) {
     Indexed indexed;
     indexed.keys.reserve(result.entries.size());
     indexed.sizes.reserve(result.entries.size());
-    for (const ScanEntry& entry : result.entries) {
-        indexed.keys.push_back(intern(entry.url.native()));
+    for (std::size_t j = 0; j < result.entries.size(); ++j) {
+        const std::string& path = result.entries[j].url.native();
+        // A rescan mostly finds what the last one found, in the same places of the list: comparing
+        // with the old entry there is cheaper than a lookup.
+        const bool same = previous && j < previous->entries.size() && previous->entries[j].url.native() == path;
+        indexed.keys.push_back(same ? previousIndexed->keys[j] : intern(path));
+        const ScanEntry& entry = result.entries[j];
         indexed.sizes.push_back(entry.size);
         indexed.total += entry.size;
     }
@@ -439,21 +445,20 @@ void AppModel::apply(RuleScanResult result) {
         refineOrbStackIfNeeded(false);
         return;
     }
-    Indexed indexed = indexOf(result);
     if (position == results_.end()) {
+        indexed_.push_back(indexOf(result));
         results_.push_back(std::move(result));
-        indexed_.push_back(std::move(indexed));
     } else {
         const auto i = static_cast<std::size_t>(position - results_.begin());
+        indexed_[i] = indexOf(result, &results_[i], &indexed_[i]);
         results_[i] = std::move(result);
-        indexed_[i] = std::move(indexed);
     }
     emit resultsChanged();
 }
 
 void AppModel::replaceEntries(std::size_t position, std::vector<ScanEntry> entries) {
     RuleScanResult replaced{results_[position].rule, std::move(entries)};
-    indexed_[position] = indexOf(replaced);
+    indexed_[position] = indexOf(replaced, &results_[position], &indexed_[position]);
     results_[position] = std::move(replaced);
     emit resultsChanged();
 }

@@ -213,7 +213,8 @@ private:
     void offMainThread(Work work, Done done);
 
     Key intern(const std::string& path);
-    Indexed indexOf(const RuleScanResult& result);
+    Indexed indexOf(const RuleScanResult& result, const RuleScanResult* previous = nullptr,
+                    const Indexed* previousIndexed = nullptr);
     // The keys of a result of the model's list, or of a copy of one.
     std::vector<Key> keysOf(const RuleScanResult& result);
     const Indexed* indexedOf(const RuleScanResult& result) const;
