@@ -121,6 +121,29 @@ TEST(ItemDeletes, SimulatorsAndModelsGoThroughTheirToolsAndRescanTheirRule) {
     EXPECT_EQ(t.log->scansSoFar().size(), 2u);
 }
 
+TEST(ItemDeletes, AMissingToolGivesTheFailureSentence) {
+    Tools t;
+    for (Tool tool : {Tool::xcrun, Tool::ollama, Tool::shell}) ToolPaths::setOverride(tool, (t.tree / "bin/absent").string());
+    AppModel model(t.services());
+    struct Case {
+        std::function<void()> action;
+        std::string sentence;
+    } cases[] = {
+        {[&] { model.deleteSimulator({t.tree / "Devices/0A1B2C3D-0000-1111-2222-333344445555", 1, {}}); },
+         "删除 0A1B2C3D-0000-1111-2222-333344445555 失败(可能正在运行,请先关闭模拟器)"},
+        {[&] { model.deleteOllamaModel({t.tree / "home/.ollama/models/manifests/r/library/phi/latest", 1, {}}); },
+         "删除 phi:latest 失败:Ollama 未在运行或找不到 CLI"},
+        {[&] { model.runMaintenance({"x.maintained", "tool gc", ""}); }, "tool gc 执行失败(命令不存在或报错)"},
+    };
+    std::size_t rescans = 0;
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.sentence);
+        c.action();
+        ASSERT_TRUE(t.waitForSummary(model, ++rescans));
+        EXPECT_EQ(model.lastSummary()->text(), c.sentence);
+    }
+}
+
 TEST(SessionDeletes, TheRowGoesAtOnceTheFileToTheTrashAndTheListIsReadAgain) {
     Tools t;
     const fs::path big = t.tree.file("home/.codex/sessions/2025/06/big.jsonl", 3000);

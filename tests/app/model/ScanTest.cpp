@@ -143,22 +143,31 @@ TEST(Scan, PruneSelectionKeepsIdsOfReportOnlyEntries) {
 
 TEST(Lifetime, WorkThatEndsAfterTheModelIsGoneDropsItsOutcome) {
     Tree t;
-    Gate scanGate;
+    Gate gate;
     std::atomic<int> finished = 0;
     {
         ModelServices services = testServices({t.a}, t.log);
         services.scan = [&, live = services.scan](const std::vector<CleanRule>& rules, const ModelServices::ResultSink& sink) {
-            scanGate.wait();
+            gate.wait();
             live(rules, sink);
             ++finished;
         };
+        services.clean = [&, live = services.clean](const std::vector<ScanEntry>& entries, CleanMethod method) {
+            gate.wait();
+            ++finished;
+            return live(entries, method);
+        };
         AppModel model(services);
-        model.scan();
+        model.apply(makeResult(t.a, {{t.a1, 5}}));
+        model.toggleRule(model.results().front());
+        model.clean(CleanMethod::delete_);
+        model.rescanRules({"t.a"});
         settle();
     }
-    scanGate.open();
-    ASSERT_TRUE(waitUntil([&] { return finished == 1; }));
+    gate.open();
+    ASSERT_TRUE(waitUntil([&] { return finished == 2; }));
     settle(); // an outcome delivered to the freed model would crash here, or show under the sanitizers
+    EXPECT_FALSE(std::filesystem::exists(t.a1));
 }
 
 #ifndef NDEBUG
