@@ -41,6 +41,8 @@ constexpr std::string_view kSimulatorRule = "xcode.simulator-devices";
 constexpr std::string_view kOllamaRule = "tool.ollama";
 constexpr std::size_t kTopSessionLimit = 10;
 constexpr int kOrbStackPolls = 40;
+// Paths no result holds that may stay numbered before a pruning renumbers the rest.
+constexpr std::size_t kSpareKeys = 4096;
 
 const QEvent::Type kInboxEvent = static_cast<QEvent::Type>(QEvent::registerEventType());
 
@@ -423,13 +425,36 @@ void AppModel::pruneSelection() {
         for (Key key : indexed.keys) held[key] = 1;
     bool changed = !selectedElsewhere_.empty();
     selectedElsewhere_.clear();
+    std::size_t heldCount = 0;
     for (Key key = 0; key < selected_.size(); ++key) {
+        heldCount += held[key];
         if (selected_[key] && !held[key]) {
             setKeySelected(key, false);
             changed = true;
         }
     }
+    if (pathOfKey_.size() > 2 * heldCount + kSpareKeys) forgetPathsNotHeld(held);
     if (changed) emit selectedEntryIDsChanged();
+}
+
+// Paths that no result holds any more would pile up over many scans: renumber the ones that are
+// left. Only after a pruning, when no such path is selected.
+void AppModel::forgetPathsNotHeld(const std::vector<std::uint8_t>& held) {
+    std::vector<Key> renumbered(pathOfKey_.size(), 0);
+    std::vector<std::string> paths;
+    std::vector<std::uint8_t> selected;
+    for (Key key = 0; key < pathOfKey_.size(); ++key) {
+        if (!held[key]) continue;
+        renumbered[key] = static_cast<Key>(paths.size());
+        paths.push_back(std::move(pathOfKey_[key]));
+        selected.push_back(selected_[key]);
+    }
+    keyOfPath_.clear();
+    for (Key key = 0; key < paths.size(); ++key) keyOfPath_.emplace(paths[key], key);
+    for (Indexed& indexed : indexed_)
+        for (Key& key : indexed.keys) key = renumbered[key];
+    pathOfKey_ = std::move(paths);
+    selected_ = std::move(selected);
 }
 
 void AppModel::apply(RuleScanResult result) {

@@ -92,6 +92,7 @@ public:
 
     // Fields.
     const Results& results() const { return results_; }
+    // Built at each read from every path the model knows; per entry, isSelected() is the cheap way.
     IDSet selectedEntryIDs() const;
     bool isBusy() const { return isBusy_; }
     const Route& route() const { return route_; }
@@ -220,6 +221,7 @@ private:
     const Indexed* indexedOf(const RuleScanResult& result) const;
     bool isPathSelected(const std::string& path) const;
     void setKeySelected(Key key, bool selected);
+    void forgetPathsNotHeld(const std::vector<std::uint8_t>& held);
     void replaceEntries(std::size_t position, std::vector<ScanEntry> entries);
 
     void scanPartEnded();

@@ -141,6 +141,32 @@ TEST(Scan, PruneSelectionKeepsIdsOfReportOnlyEntries) {
     EXPECT_EQ(model.selectedEntryIDs(), (AppModel::IDSet{"/r/1"}));
 }
 
+TEST(Scan, ManyScansOfChangingPathsKeepTheSelectionRight) {
+    auto log = std::make_shared<ServiceLog>();
+    AppModel model(testServices({}, log));
+    const CleanRule rule = makeRule("r", Category::tool, SafetyLevel::safe);
+    const auto generation = [&](int g) {
+        std::vector<std::pair<std::string, std::int64_t>> entries;
+        for (int i = 0; i < 3000; ++i) entries.emplace_back("/g" + std::to_string(g) + "/" + std::to_string(i), 1);
+        entries.emplace_back("/kept", 10);
+        return makeResult(rule, entries);
+    };
+    model.apply(makeResult(makeRule("other", Category::code, SafetyLevel::safe), {{"/other", 100}}));
+    for (int g = 0; g < 5; ++g) {
+        model.apply(generation(g));
+        model.toggleEntry(*model.result("r"), "/g" + std::to_string(g) + "/7");
+        model.pruneSelection();
+    }
+    model.toggleEntry(*model.result("r"), "/kept");
+    EXPECT_EQ(model.selectedEntryIDs(), (AppModel::IDSet{"/g4/7", "/kept"}));
+    EXPECT_EQ(model.selectedBytes(), 11);
+    EXPECT_EQ(model.selection(*model.result("other")), RuleSelection::none);
+    model.toggleRule(*model.result("other"));
+    EXPECT_EQ(model.selectedBytes(), 111);
+    EXPECT_TRUE(model.isSelected("/other"));
+    EXPECT_FALSE(model.isSelected("/g3/7"));
+}
+
 TEST(Lifetime, WorkThatEndsAfterTheModelIsGoneDropsItsOutcome) {
     Tree t;
     Gate gate;
