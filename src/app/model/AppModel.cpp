@@ -128,6 +128,7 @@ public:
         std::deque<std::function<void()>> dropped;
         std::lock_guard guard(lock_);
         model_ = nullptr;
+        wakeUp_.reset();
         dropped.swap(calls_);
     }
 
