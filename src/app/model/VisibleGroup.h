@@ -14,6 +14,9 @@ namespace lumabroom {
 struct VisibleGroup {
     Category category = Category::system;
     std::vector<const RuleScanResult*> results;
+    // The totals of `results` in the same order, as the model knew them, so that reading a group
+    // per frame walks no entries. Left empty, they are summed from the entries.
+    std::vector<std::int64_t> totals{};
 
     std::int64_t total() const;
     // The one line a collapsed group shows: up to three rule names with sizes, then the rest counted.

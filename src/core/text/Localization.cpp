@@ -3,6 +3,7 @@
 #include "host/Locale.h"
 #include "host/Settings.h"
 
+#include <algorithm>
 #include <charconv>
 #include <mutex>
 
@@ -91,10 +92,32 @@ std::string substitute(std::string_view format, const Values& values) {
     return out;
 }
 
+// Contexts of other modules' tables, searched after the core's in the order they were added.
+struct Contexts {
+    std::mutex lock;
+    std::vector<std::string> names;
+};
+
+Contexts& extraContexts() {
+    static Contexts shared;
+    return shared;
+}
+
 std::optional<std::string> englishText(std::string_view key, std::optional<std::int64_t> count = std::nullopt) {
     // A count picks among plural forms, which only a key with "%n" has; the tables find no other key with one.
     const bool plural = key.find("%n") != std::string_view::npos;
-    return Locale::translation(rawValue(AppLanguage::english), tableContext, key, plural ? count : std::nullopt);
+    const auto n = plural ? count : std::nullopt;
+    const std::string_view language = rawValue(AppLanguage::english);
+    if (auto text = Locale::translation(language, tableContext, key, n)) return text;
+    std::vector<std::string> others;
+    {
+        Contexts& contexts = extraContexts();
+        std::lock_guard guard(contexts.lock);
+        others = contexts.names;
+    }
+    for (const std::string& context : others)
+        if (auto text = Locale::translation(language, context, key, n)) return text;
+    return std::nullopt;
 }
 
 std::string english(std::string_view key) {
@@ -205,6 +228,13 @@ std::string formatted(std::string_view key, const std::vector<std::string>& valu
 
 std::string counted(std::string_view key, std::int64_t count, const std::vector<std::string>& values) {
     return formattedText(key, Values{count, values});
+}
+
+void addTableContext(std::string_view context) {
+    Contexts& contexts = extraContexts();
+    std::lock_guard guard(contexts.lock);
+    if (std::find(contexts.names.begin(), contexts.names.end(), context) == contexts.names.end())
+        contexts.names.emplace_back(context);
 }
 
 std::span<const std::string_view> formattedForms() { return forms; }

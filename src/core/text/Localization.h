@@ -61,6 +61,10 @@ std::string formatted(std::string_view key, const std::vector<std::string>& valu
 // "2 days ago").
 std::string counted(std::string_view key, std::int64_t count, const std::vector<std::string>& values = {});
 
+// Makes the table context of another module (such as the application's) searched after the core's
+// by every lookup. Safe from any thread; registering a context twice changes nothing.
+void addTableContext(std::string_view context);
+
 // The formatted forms that plain keys fall back to, most specific first.
 std::span<const std::string_view> formattedForms();
 
