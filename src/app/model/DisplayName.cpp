@@ -1,6 +1,7 @@
 #include "DisplayName.h"
 
 #include "AppText.h"
+#include "tools/OllamaModelLister.h"
 #include "tools/SimulatorDevices.h"
 
 #include <algorithm>
@@ -33,7 +34,9 @@ std::string displayName(const ScanEntry& entry) {
     if (contains(path, "/CoreSimulator/") || contains(path, "/XCTestDevices/") || contains(path, "/Previews/")) {
         if (auto name = SimulatorDevices::deviceName(entry.url)) return *name;
     }
-    if (contains(path, "/.ollama/") && contains(path, "/manifests/")) return parent + ":" + last;
+    // The model's own name, so that "alice/llama3:8b" never reads as the library's "llama3:8b".
+    if (contains(path, "/.ollama/") && contains(path, "/manifests/"))
+        return OllamaModelRemover::modelName(entry.url).value_or(parent + ":" + last);
     if (last == "data.img.raw") return AppText::text("虚拟磁盘镜像 · 启动 OrbStack 后重扫可细分");
     if (contains(path, "/.codex/sessions/")) return parent + "-" + last;
     return withoutHashSuffix(last);

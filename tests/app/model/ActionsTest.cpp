@@ -38,11 +38,11 @@ struct Tools {
         ToolPaths::setOverride(Tool::xcrun, xcrun.binary.string());
         ToolPaths::setOverride(Tool::git, git.binary.string());
         ToolPaths::setOverride(Tool::shell, shell.binary.string());
-        DockerCLI::setSocketCandidatesForTesting(std::vector<std::string>{socket.string()});
+        DockerCLI::setSystemSocketForTesting(socket.string());
     }
     ~Tools() {
         for (Tool tool : {Tool::docker, Tool::ollama, Tool::xcrun, Tool::git, Tool::shell}) ToolPaths::setOverride(tool, std::nullopt);
-        DockerCLI::setSocketCandidatesForTesting(std::nullopt);
+        DockerCLI::setSystemSocketForTesting(std::nullopt);
     }
     void daemonRuns() { writeText(socket, ""); }
 
@@ -131,7 +131,7 @@ TEST(ItemDeletes, AMissingToolGivesTheFailureSentence) {
     } cases[] = {
         {[&] { model.deleteSimulator({t.tree / "Devices/0A1B2C3D-0000-1111-2222-333344445555", 1, {}}); },
          "删除 0A1B2C3D-0000-1111-2222-333344445555 失败(可能正在运行,请先关闭模拟器)"},
-        {[&] { model.deleteOllamaModel({t.tree / "home/.ollama/models/manifests/r/library/phi/latest", 1, {}}); },
+        {[&] { model.deleteOllamaModel({t.tree / "home/.ollama/models/manifests/registry.ollama.ai/library/phi/latest", 1, {}}); },
          "删除 phi:latest 失败:Ollama 未在运行或找不到 CLI"},
         {[&] { model.runMaintenance({"x.maintained", "tool gc", ""}); }, "tool gc 执行失败(命令不存在或报错)"},
     };

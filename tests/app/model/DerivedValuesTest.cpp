@@ -172,6 +172,7 @@ TEST(DisplayName, PicksTheFirstRuleThatApplies) {
         {"/b/plain", {}, "plain"},
         {"/b/x-0123456789abcdef0123", EntryLabel{LiteralLabel{"Label"}}, "Label"},
         {"/h/.ollama/models/manifests/registry.ollama.ai/library/llama3/8b", {}, "llama3:8b"},
+        {"/h/.ollama/models/manifests/registry.ollama.ai/alice/llama3/8b", {}, "alice/llama3:8b"},
         {"/h/.orbstack/data/data.img.raw", {}, "虚拟磁盘镜像 · 启动 OrbStack 后重扫可细分"},
         {"/h/.codex/sessions/2025/06/rollout-1.jsonl", {}, "06-rollout-1.jsonl"},
         // No readable device file: the later rules name it.
