@@ -330,7 +330,8 @@ fi
 
 scan=${LUMABROOM_SCAN:-$repo/build/release/bin/lumabroom-scan}
 [[ -x $scan ]] || { echo "scan_bench: no scanner at $scan (build the release preset, or set LUMABROOM_SCAN)" >&2; exit 2; }
-command -v gdu >/dev/null || { echo "scan_bench: gdu is not installed" >&2; exit 2; }
+have_gdu=1
+command -v gdu >/dev/null || { have_gdu=0; echo "scan_bench: gdu is not installed; its rows are left out" >&2; }
 [[ -x /usr/bin/time ]] || { echo "scan_bench: /usr/bin/time is missing (Debian package 'time')" >&2; exit 2; }
 
 # Unreadable folders must be opened up before a tree can be removed by a user who is not root.
@@ -395,9 +396,14 @@ base_count=$(tr -cd '\0' <"$bases" | wc -c)
 du_cmd=(xargs -0 -a "$roots" du -D -s -B1)
 gdu_cmd=(env HOME="$work" xargs -0 -n1 -a "$roots" gdu --config-file /dev/null -n -p -s --no-prefix)
 gdu_bases_cmd=(env HOME="$work" xargs -0 -n1 -a "$bases" gdu --config-file /dev/null -n -p -s --no-prefix)
+# The yardstick: a bare two-thread getdents64 and fstatat walk of the same roots.
+bare_cmd=("$(helper bare_walk)" "$roots")
 "${du_cmd[@]}" >/dev/null 2>&1 || true
-"${gdu_cmd[@]}" >/dev/null 2>&1 || true
-"${gdu_bases_cmd[@]}" >/dev/null 2>&1 || true
+"${bare_cmd[@]}" >/dev/null 2>&1 || true
+if ((have_gdu)); then
+    "${gdu_cmd[@]}" >/dev/null 2>&1 || true
+    "${gdu_bases_cmd[@]}" >/dev/null 2>&1 || true
+fi
 
 # Wall time in microseconds of one run; its peak resident memory in KiB goes to the file given.
 timed() {
@@ -412,19 +418,26 @@ median() { printf '%s\n' "$@" | sort -n | awk '{ v[NR] = $1 } END { print (NR % 
 peak() {
     local m=0 v f
     for f in "$@"; do
+        [[ -f $f ]] || continue
         v=$(tail -n 1 "$f")
         if [[ $v =~ ^[0-9]+$ ]] && ((v > m)); then m=$v; fi
     done
     echo "$m"
 }
 
-declare -a t_scan=() t_du=() t_gdu=() t_gdu_bases=() t_empty=()
+declare -a t_scan=() t_bare=() t_du=() t_gdu=() t_gdu_bases=() t_empty=()
 for ((i = 1; i <= runs; i++)); do
     t_scan+=("$(timed "$work/mem.scan.$i" "${scan_cmd[@]}")")
+    t_bare+=("$(timed "$work/mem.bare.$i" "${bare_cmd[@]}")")
     t_du+=("$(timed "$work/mem.du.$i" "${du_cmd[@]}")")
-    t_gdu+=("$(timed "$work/mem.gdu.$i" "${gdu_cmd[@]}")")
-    t_gdu_bases+=("$(timed "$work/mem.gdubases.$i" "${gdu_bases_cmd[@]}")")
-    echo "run $i/$runs: scan $((t_scan[-1] / 1000)) ms, du $((t_du[-1] / 1000)) ms," \
+    if ((have_gdu)); then
+        t_gdu+=("$(timed "$work/mem.gdu.$i" "${gdu_cmd[@]}")")
+        t_gdu_bases+=("$(timed "$work/mem.gdubases.$i" "${gdu_bases_cmd[@]}")")
+    else
+        t_gdu+=(0)
+        t_gdu_bases+=(0)
+    fi
+    echo "run $i/$runs: scan $((t_scan[-1] / 1000)) ms, bare walk $((t_bare[-1] / 1000)) ms, du $((t_du[-1] / 1000)) ms," \
         "gdu per root $((t_gdu[-1] / 1000)) ms, gdu per base $((t_gdu_bases[-1] / 1000)) ms"
 done
 
@@ -438,12 +451,13 @@ for ((i = 1; i <= runs; i++)); do
 done
 
 m_scan=$(median "${t_scan[@]}")
+m_bare=$(median "${t_bare[@]}")
 m_du=$(median "${t_du[@]}")
 m_gdu=$(median "${t_gdu[@]}")
 m_gdu_bases=$(median "${t_gdu_bases[@]}")
 m_empty=$(median "${t_empty[@]}")
 awk -v files="$files" -v seed="$seed" -v roots="$root_count" -v bases="$base_count" -v runs="$runs" -v cpus="$(nproc)" \
-    -v s="$m_scan" -v d="$m_du" -v g="$m_gdu" -v gb="$m_gdu_bases" -v e="$m_empty" \
+    -v gdu="$have_gdu" -v s="$m_scan" -v b="$m_bare" -v mb="$(peak "$work"/mem.bare.*)" -v d="$m_du" -v g="$m_gdu" -v gb="$m_gdu_bases" -v e="$m_empty" \
     -v ms="$(peak "$work"/mem.scan.*)" -v md="$(peak "$work"/mem.du.*)" -v mg="$(peak "$work"/mem.gdu.*)" \
     -v mgb="$(peak "$work"/mem.gdubases.*)" -v me="$(peak "$work"/mem.empty.*)" '
 BEGIN {
@@ -451,9 +465,12 @@ BEGIN {
     printf "| %-34s | %12s | %14s | %13s |\n", "tool", "median ms", "ratio to scan", "peak RSS MiB"
     printf "|%s|%s|%s|%s|\n", "------------------------------------", "--------------", "----------------", "---------------"
     printf "| %-34s | %12.1f | %14.2f | %13.1f |\n", "lumabroom-scan --json", s / 1000, 1, ms / 1024
+    printf "| %-34s | %12.1f | %14.2f | %13.1f |\n", "bare walk, 2 threads (bare_walk)", b / 1000, b / s, mb / 1024
     printf "| %-34s | %12.1f | %14.2f | %13.1f |\n", "du -D -s -B1 (all roots)", d / 1000, d / s, md / 1024
-    printf "| %-34s | %12.1f | %14.2f | %13.1f |\n", "gdu -n -p -s, once per root (" roots ")", g / 1000, g / s, mg / 1024
-    printf "| %-34s | %12.1f | %14.2f | %13.1f |\n", "gdu -n -p -s, once per base (" bases ")", gb / 1000, gb / s, mgb / 1024
+    if (gdu) {
+        printf "| %-34s | %12.1f | %14.2f | %13.1f |\n", "gdu -n -p -s, once per root (" roots ")", g / 1000, g / s, mg / 1024
+        printf "| %-34s | %12.1f | %14.2f | %13.1f |\n", "gdu -n -p -s, once per base (" bases ")", gb / 1000, gb / s, mgb / 1024
+    }
     printf "| %-34s | %12.1f | %14s | %13.1f |\n", "lumabroom-scan, empty home", e / 1000, "", me / 1024
 }'
 echo

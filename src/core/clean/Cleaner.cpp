@@ -1,5 +1,6 @@
 #include "clean/Cleaner.h"
 
+#include "host/DirectoryReader.h"
 #include "host/Removal.h"
 #include "host/Trash.h"
 
@@ -24,16 +25,21 @@ namespace Cleaner {
 CleanResult clean(std::span<const ScanEntry> entries, CleanMethod method, bool dryRun) {
     CleanResult result;
     for (const auto& entry : entries) {
+        const std::string path = entry.url.string();
+        // The scan measured a link at its target, but removing it frees the link alone.
+        std::int64_t freed = entry.size;
+        std::string item = path; // "link/" would name the target, but the link is what goes
+        while (item.size() > 1 && item.back() == '/') item.pop_back();
+        if (auto info = statNotFollowingLinks(item); info && info->isLink) freed = info->allocatedBytes;
         std::optional<std::string> failure;
-        if (!dryRun) {
-            const std::string path = entry.url.string();
-            failure = method == CleanMethod::trash ? Trash::moveToTrash(path) : Removal::deleteItem(path);
-        }
+        if (!dryRun)
+            failure = method == CleanMethod::trash ? Trash::moveToTrash(path, entry.identity)
+                                                   : Removal::deleteItem(path, entry.identity);
         if (failure) {
             result.failures.push_back({entry.url, std::move(*failure)});
         } else {
             result.removed.push_back(entry.url);
-            result.freedBytes += entry.size;
+            result.freedBytes += freed;
         }
     }
     return result;

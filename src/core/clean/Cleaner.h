@@ -29,7 +29,8 @@ struct CleanResult {
 
     std::vector<std::filesystem::path> removed; // in the order of the entries
     std::vector<Failure> failures;              // one per entry not removed, in the order of the entries
-    std::int64_t freedBytes = 0;                // the sizes the scan measured, of the removed entries
+    std::int64_t freedBytes = 0;                // the sizes the scan measured, of the removed entries;
+                                                // a link counts its own blocks, not its target's
 
     bool operator==(const CleanResult&) const = default;
 };
@@ -39,7 +40,8 @@ namespace Cleaner {
 // Removes the entries one after the other on the calling thread and reports each. A failure does not
 // stop the others; a folder that fails half way keeps what was already deleted, and counts no bytes.
 // A dry run touches nothing and reports every entry as removed. Deleting never follows a symbolic
-// link and never leaves the entry's own tree; an entry that is a link removes the link only.
+// link and never leaves the entry's own tree or file system; an entry that is a link removes the link
+// only. An entry whose identity was recorded and whose path now leads to another item fails.
 CleanResult clean(std::span<const ScanEntry> entries, CleanMethod method, bool dryRun);
 
 } // namespace Cleaner

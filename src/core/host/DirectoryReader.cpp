@@ -2,6 +2,7 @@
 
 #include "host/FileSystem.h"
 
+#include <cerrno>
 #include <cstddef>
 #include <dirent.h>
 #include <fcntl.h>
@@ -19,7 +20,7 @@ constexpr int kOpenFlags = O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC;
 
 FileInfo infoOf(const struct stat& st) {
     return {static_cast<std::int64_t>(st.st_blocks) * 512, static_cast<std::uint64_t>(st.st_nlink),
-            static_cast<std::int64_t>(st.st_mtime), S_ISDIR(st.st_mode)};
+            static_cast<std::int64_t>(st.st_mtime), S_ISDIR(st.st_mode), S_ISLNK(st.st_mode)};
 }
 
 bool isDotOrDotDot(const char* name) {
@@ -48,6 +49,18 @@ std::optional<FileInfo> statFollowingLinks(const std::string& path) {
     return infoOf(st);
 }
 
+std::optional<FileInfo> statNotFollowingLinks(const std::string& path) {
+    struct stat st {};
+    if (::lstat(path.c_str(), &st) != 0) return std::nullopt;
+    return infoOf(st);
+}
+
+std::optional<FileIdentity> identityOf(const std::string& path) {
+    struct stat st {};
+    if (::lstat(path.c_str(), &st) != 0) return std::nullopt;
+    return identityOf(st);
+}
+
 std::optional<std::string> resolvedPath(const std::string& path) { return FileSystem::resolvingSymlinks(path); }
 
 std::optional<FileInfo> DirectoryReader::Entry::regularFile() const {
@@ -64,6 +77,7 @@ DirectoryReader& DirectoryReader::operator=(DirectoryReader&& other) noexcept {
     if (this != &other) {
         close();
         fd_ = std::exchange(other.fd_, -1);
+        owned_ = std::exchange(other.owned_, true);
         dir_ = std::exchange(other.dir_, nullptr);
         bufferUsed_ = std::exchange(other.bufferUsed_, 0);
         bufferPosition_ = std::exchange(other.bufferPosition_, 0);
@@ -76,10 +90,30 @@ void DirectoryReader::open(const std::string& path) {
     fd_ = ::open(path.c_str(), kOpenFlags);
 }
 
+DirectoryReader DirectoryReader::borrowing(int fd) {
+    DirectoryReader reader;
+#if defined(__linux__)
+    reader.fd_ = fd;
+    reader.owned_ = false;
+    ::lseek(fd, 0, SEEK_SET);
+#else
+    reader.fd_ = ::dup(fd); // the stream would own it
+    if (reader.fd_ >= 0) ::lseek(reader.fd_, 0, SEEK_SET);
+#endif
+    return reader;
+}
+
 DirectoryReader DirectoryReader::openChild(const char* name) const {
     DirectoryReader child;
-    if (fd_ >= 0) child.fd_ = ::openat(fd_, name, kOpenFlags);
+    if (fd_ >= 0) child.fd_ = openFolderBelow(fd_, name);
     return child;
+}
+
+bool DirectoryReader::isMountPointBelow(const char* name) const {
+    const int child = openFolderBelow(fd_, name);
+    if (child < 0) return errno == EXDEV;
+    ::close(child);
+    return false;
 }
 
 void DirectoryReader::close() {
@@ -90,8 +124,9 @@ void DirectoryReader::close() {
         fd_ = -1;
     }
 #endif
-    if (fd_ >= 0) ::close(fd_);
+    if (fd_ >= 0 && owned_) ::close(fd_);
     fd_ = -1;
+    owned_ = true;
     bufferUsed_ = bufferPosition_ = 0;
 }
 

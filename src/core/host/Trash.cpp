@@ -1,5 +1,8 @@
 #include "host/Trash.h"
 
+#include "host/DirectoryReader.h"
+#include "host/Removal.h"
+
 #include <cerrno>
 #include <system_error>
 
@@ -11,6 +14,8 @@
 #include "host/FileSystem.h"
 #include "host/Paths.h"
 
+#include <cstdio>
+#include <cstring>
 #include <ctime>
 #include <fcntl.h>
 #include <string_view>
@@ -55,6 +60,11 @@ std::optional<TrashFolder> homeTrash() {
     return TrashFolder{root, {}};
 }
 
+bool isInside(const std::string& path, const std::string& folder) {
+    return folder.size() > 1 && path.size() > folder.size() && path.compare(0, folder.size(), folder) == 0 &&
+           path[folder.size()] == '/';
+}
+
 std::optional<TrashFolder> topdirTrash(const std::string& folder, dev_t device) {
     std::string top = folder; // the highest folder above the item on the item's volume
     while (top != "/") {
@@ -62,6 +72,12 @@ std::optional<TrashFolder> topdirTrash(const std::string& folder, dev_t device) 
         struct stat st {};
         if (::stat(up.c_str(), &st) != 0 || st.st_dev != device) break;
         top = up;
+    }
+    // The home folder's items belong in the home Trash; a Trash at the top of the system's own
+    // volume would scatter them where nobody looks.
+    if (top == "/") {
+        const auto home = FileSystem::resolvingSymlinks(Paths::homeDirectory());
+        if (home && (folder == *home || isInside(folder, *home))) return std::nullopt;
     }
     const std::string base = top == "/" ? "" : top;
     const std::string uid = std::to_string(::getuid());
@@ -102,6 +118,28 @@ std::string localTimestamp() {
     return std::string(text, n);
 }
 
+// Room for the name in "files/" once "info/" holds it with ".trashinfo" appended.
+constexpr std::size_t kLongestTrashedName = 255 - std::string_view(".trashinfo").size();
+
+std::uint64_t digest(std::string_view text) { // FNV-1a
+    std::uint64_t hash = 14695981039346656037ull;
+    for (char c : text) hash = (hash ^ static_cast<unsigned char>(c)) * 1099511628211ull;
+    return hash;
+}
+
+// The name for the `copy`th try; a name too long is cut at a character's start and made unique by a
+// digest of the whole.
+std::string trashedNameFor(const std::string& name, int copy) {
+    std::string suffix;
+    if (copy != 1) suffix.append(".").append(std::to_string(copy));
+    if (name.size() + suffix.size() <= kLongestTrashedName) return name + suffix;
+    char mark[20];
+    std::snprintf(mark, sizeof mark, "~%016llx", static_cast<unsigned long long>(digest(name)));
+    std::size_t keep = kLongestTrashedName - suffix.size() - std::strlen(mark);
+    while (keep > 0 && (static_cast<unsigned char>(name[keep]) & 0xC0) == 0x80) --keep;
+    return name.substr(0, keep) + mark + suffix;
+}
+
 bool writeAll(int fd, const std::string& text) {
     std::size_t done = 0;
     while (done < text.size()) {
@@ -115,9 +153,10 @@ bool writeAll(int fd, const std::string& text) {
 #endif
 } // namespace
 
-std::optional<std::string> moveToTrash(const std::string& path) {
+std::optional<std::string> moveToTrash(const std::string& path, const std::optional<FileIdentity>& expected) {
     std::string item = path; // "link/" would name what the link points at
     while (item.size() > 1 && item.back() == '/') item.pop_back();
+    if (expected && identityOf(item) != *expected) return item + ": " + Removal::kReplacedReason;
 
 #if defined(__APPLE__)
     const QByteArray encoded(item.data(), static_cast<qsizetype>(item.size()));
@@ -137,12 +176,13 @@ std::optional<std::string> moveToTrash(const std::string& path) {
     auto folder = FileSystem::resolvingSymlinks(parent);
     if (!folder || ::stat(folder->c_str(), &parentStat) != 0) return describe(item, errno ? errno : ENOENT);
     const std::string original = (*folder == "/" ? "" : *folder) + "/" + name;
+    if (itemStat.st_dev != parentStat.st_dev) return item + ": " + Removal::kMountPointReason;
 
     std::optional<TrashFolder> trash = homeTrash();
     struct stat trashStat {};
     if (!trash || ::stat((trash->root + "/files").c_str(), &trashStat) != 0 || trashStat.st_dev != parentStat.st_dev)
         trash = topdirTrash(*folder, parentStat.st_dev);
-    if (!trash) return describe(item, EXDEV);
+    if (!trash) return item + ": " + kNoTrashReason;
 
     std::string recorded = original;
     if (!trash->topdir.empty()) recorded = original.substr(trash->topdir == "/" ? 1 : trash->topdir.size() + 1);
@@ -150,7 +190,7 @@ std::optional<std::string> moveToTrash(const std::string& path) {
 
     // The record is made first and exclusively, which claims the name against other trashers.
     for (int copy = 1; copy < 10000; ++copy) {
-        const std::string trashedName = copy == 1 ? name : name + "." + std::to_string(copy);
+        const std::string trashedName = trashedNameFor(name, copy);
         const std::string info = trash->root + "/info/" + trashedName + ".trashinfo";
         const std::string target = trash->root + "/files/" + trashedName;
         int fd = ::open(info.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0600);
@@ -170,9 +210,16 @@ std::optional<std::string> moveToTrash(const std::string& path) {
             written = false;
             error = errno;
         }
-        if (written && ::rename(item.c_str(), target.c_str()) == 0) return std::nullopt;
+        if (written && ::rename(item.c_str(), target.c_str()) == 0) {
+            // The name may have been swapped between the check and the move: put back what came.
+            if (!expected || identityOf(target) == *expected) return std::nullopt;
+            ::rename(target.c_str(), item.c_str());
+            ::unlink(info.c_str());
+            return item + ": " + Removal::kReplacedReason;
+        }
         if (written) error = errno;
         ::unlink(info.c_str());
+        if (error == EXDEV) return item + ": " + kNoTrashReason;
         return describe(item, error);
     }
     return describe(item, EEXIST);

@@ -1,5 +1,8 @@
 #include "scan/CacheScanner.h"
 
+#include "host/DirectoryReader.h"
+#include "host/FileSystem.h"
+#include "host/Paths.h"
 #include "host/TempFolders.h"
 #include "scan/DirectorySizer.h"
 #include "scan/PathExpander.h"
@@ -69,10 +72,14 @@ RuleScanResult scanRule(const CleanRule& rule, const RouteTable& routes) {
     }
     if (rule.id == "sys.tmp-folders") locations = TempFolders::offered(std::move(locations));
 
+    std::vector<std::optional<FileIdentity>> identities;
+    identities.reserve(locations.size());
+    for (const auto& location : locations) identities.push_back(identityOf(location.string()));
     auto sizes = DirectorySizer::sizes(locations, rule.exclusiveSizeOnly);
     std::vector<ScanEntry> entries;
     entries.reserve(locations.size());
-    for (std::size_t i = 0; i < locations.size(); ++i) entries.push_back({std::move(locations[i]), sizes[i], std::nullopt});
+    for (std::size_t i = 0; i < locations.size(); ++i)
+        entries.push_back({std::move(locations[i]), sizes[i], std::nullopt, identities[i]});
     std::stable_sort(entries.begin(), entries.end(), [](const ScanEntry& a, const ScanEntry& b) { return a.size > b.size; });
     return {rule, std::move(entries)};
 }

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "host/FolderChain.h"
+
 #include <array>
 #include <cstdint>
 #include <filesystem>
@@ -85,9 +87,14 @@ struct ScanEntry {
     std::filesystem::path url;
     std::int64_t size = 0;
     std::optional<EntryLabel> label;
+    // The item itself (a link, not its target) as the scan found it, where the scan looked; removal
+    // refuses an item that no longer matches. Not part of what an entry shows, so not compared.
+    std::optional<FileIdentity> identity = std::nullopt;
 
     std::string id() const { return url.string(); }
-    bool operator==(const ScanEntry&) const = default;
+    bool operator==(const ScanEntry& other) const {
+        return url == other.url && size == other.size && label == other.label;
+    }
 };
 
 struct RuleScanResult {

@@ -5,6 +5,7 @@
 #include "scan/ParallelMap.h"
 #include "scan/WorkerPool.h"
 
+#include <algorithm>
 #include <cstring>
 #include <string>
 
@@ -17,9 +18,19 @@ struct Shard {
     std::string path;
 };
 
+// Deep trees are walked with this many descriptors at most.
+constexpr std::size_t kOpenFolderBudget = 96;
+
 struct Sums {
     std::int64_t bytes = 0;
     std::int64_t newest = 0;
+    bool complete = true;
+
+    void add(const Sums& other) {
+        bytes += other.bytes;
+        newest = std::max(newest, other.newest);
+        complete = complete && other.complete;
+    }
 
     void count(const FileInfo& file, bool exclusiveOnly) {
         if (!(exclusiveOnly && file.linkCount >= 2)) bytes += file.allocatedBytes;
@@ -28,7 +39,7 @@ struct Sums {
 };
 
 DirectoryStats makeStats(const Sums& sums) {
-    DirectoryStats s{sums.bytes, std::nullopt};
+    DirectoryStats s{sums.bytes, std::nullopt, sums.complete};
     if (sums.newest >= 1) s.newestModification = std::chrono::sys_seconds(std::chrono::seconds(sums.newest));
     return s;
 }
@@ -48,6 +59,8 @@ std::optional<std::vector<Shard>> deepen(const std::vector<Shard>& shards, std::
         readAny = true;
         reader.forEach([&](const DirectoryReader::Entry& entry) {
             if (entry.isDirectory) {
+                // A mount below is another file system's; the walk would only see its path.
+                if (reader.isMountPointBelow(entry.name)) return true;
                 std::string path = shard.path;
                 if (path.back() != '/') path.push_back('/');
                 path.append(entry.name);
@@ -66,20 +79,18 @@ std::optional<std::vector<Shard>> deepen(const std::vector<Shard>& shards, std::
 // rebuilt per file. Each level keeps its subfolder names until it has been left.
 Sums walk(const std::string& path, bool exclusiveOnly) {
     Sums sums;
+    FolderChain chain(path, kOpenFolderBudget);
+    if (chain.fd(0) < 0) return sums;
     struct Level {
-        DirectoryReader reader;
         std::string subfolders; // names, each ended by NUL
         std::size_t position = 0;
     };
-    std::vector<Level> levels;
-    levels.emplace_back();
-    levels[0].reader.open(path);
-    if (!levels[0].reader.isOpen()) return sums;
+    std::vector<Level> levels(1);
 
     auto read = [&](Level& level) {
         level.subfolders.clear();
         level.position = 0;
-        return level.reader.forEach([&](const DirectoryReader::Entry& entry) {
+        return DirectoryReader::borrowing(chain.fd()).forEach([&](const DirectoryReader::Entry& entry) {
             if (Cancellation::isCancelled()) return false;
             if (entry.isDirectory) {
                 level.subfolders.append(entry.name);
@@ -92,26 +103,24 @@ Sums walk(const std::string& path, bool exclusiveOnly) {
     };
 
     if (!read(levels[0])) return sums;
-    std::size_t depth = 0;
     for (;;) {
+        const std::size_t depth = chain.depth();
         Level& level = levels[depth];
         if (level.position >= level.subfolders.size()) {
-            level.reader.close();
             if (depth == 0) break;
-            --depth;
+            chain.ascend();
             continue;
         }
         const char* name = level.subfolders.data() + level.position;
         level.position += std::strlen(name) + 1;
-        DirectoryReader child = level.reader.openChild(name);
-        if (!child.isOpen()) continue;
-        if (levels.size() == depth + 1) levels.emplace_back();
-        ++depth;
-        levels[depth].reader = std::move(child);
-        if (!read(levels[depth])) {
-            for (std::size_t d = 0; d <= depth; ++d) levels[d].reader.close();
-            break;
+        const auto descent = chain.descend(name);
+        if (descent == FolderChain::Descent::lost) {
+            sums.complete = false;
+            level.position = level.subfolders.size();
         }
+        if (descent != FolderChain::Descent::entered) continue;
+        if (levels.size() == depth + 1) levels.emplace_back();
+        if (!read(levels[depth + 1])) break;
     }
     return sums;
 }
@@ -152,16 +161,13 @@ std::vector<DirectoryStats> stats(std::span<const std::filesystem::path> roots, 
             if (remaining[i] == 0) onRootComplete(i, makeStats(sums[i]));
         ParallelMap::run(shards, walkShard, [&](std::size_t index, const Sums& shardSums) {
             std::size_t root = shards[index].root;
-            sums[root].bytes += shardSums.bytes;
-            sums[root].newest = std::max(sums[root].newest, shardSums.newest);
+            sums[root].add(shardSums);
             if (--remaining[root] == 0) onRootComplete(root, makeStats(sums[root]));
         });
     } else {
         auto results = ParallelMap::run(shards, walkShard);
         for (std::size_t index = 0; index < results.size(); ++index) {
-            std::size_t root = shards[index].root;
-            sums[root].bytes += results[index].bytes;
-            sums[root].newest = std::max(sums[root].newest, results[index].newest);
+            sums[shards[index].root].add(results[index]);
         }
     }
 

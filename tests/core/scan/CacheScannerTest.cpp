@@ -1,4 +1,6 @@
 #include "scan/CacheScanner.h"
+
+#include "host/DirectoryReader.h"
 #include "scan/WorkerPool.h"
 
 #include "support/TempTree.h"
@@ -76,4 +78,20 @@ TEST(CacheScanner, CancelEndsTheStreamAtOnceAndNothingArrivesAfter) {
     release.set_value();
     EXPECT_TRUE(sawCancel.get_future().get());
     EXPECT_EQ(stream.next(), std::nullopt);
+}
+
+TEST(CacheScanner, EachEntryRecordsTheIdentityOfTheItemItselfButShowsAndComparesWithoutIt) {
+    TempTree t;
+    const auto folder = t.dir("folder"), file = t.file("file", 10), link = t.symlink("link", t / "folder");
+    auto r = CacheScanner::scanRule(rule("r", {folder.string(), file.string(), link.string()}), {});
+    ASSERT_EQ(r.entries.size(), 3u);
+    for (const auto& entry : r.entries) {
+        SCOPED_TRACE(entry.url);
+        EXPECT_EQ(entry.identity, identityOf(entry.url.string()));
+        ScanEntry without = entry;
+        without.identity.reset();
+        EXPECT_EQ(without, entry);
+        EXPECT_EQ(std::hash<ScanEntry>{}(without), std::hash<ScanEntry>{}(entry));
+    }
+    EXPECT_NE(identityOf(link.string()), identityOf(folder.string())) << "a link is recorded as itself";
 }

@@ -2,6 +2,11 @@
 #include "scan/ParallelMap.h"
 #include "scan/WorkerPool.h"
 
+#include "host/Platform.h"
+#include "host/Removal.h"
+
+#include "support/DeepTree.h"
+#include "support/Mount.h"
 #include "support/Process.h"
 #include "support/TempTree.h"
 
@@ -10,8 +15,7 @@
 #include <map>
 
 using namespace lumabroom;
-using lumabroom::test::allocatedBytes;
-using lumabroom::test::TempTree;
+using namespace lumabroom::test;
 namespace fs = std::filesystem;
 
 // Link loops and very deep paths are measured end to end by the scanner's tests.
@@ -93,4 +97,81 @@ TEST(DirectorySizer, CancelledWalkStopsAndKeepsItsPartialSum) {
     const auto partial = DirectorySizer::size(t / "chain", false);
     EXPECT_GE(partial, firstLevel);
     EXPECT_LT(partial, total);
+}
+
+TEST(DirectorySizer, TheNewestTimeOfARootIsTheNewestOfAllItsShards) {
+    TempTree t;
+    // Twelve shards, below the levels that are split up front whatever the number of processors;
+    // the newest file is in the smallest, which tends to finish first.
+    for (int i = 0; i < 12; ++i) {
+        const std::string shard = "root/s" + std::to_string(i) + "/a/b/c/d";
+        for (int k = 0; k < (i == 3 ? 1 : 100); ++k) {
+            const std::string file = shard + "/f" + std::to_string(k);
+            t.file(file, 10);
+            t.setMTime(file, i == 3 ? 1'700'000'000 : 1'600'000'000 + i);
+        }
+    }
+    const std::vector roots{t / "root"};
+    for (int round = 0; round < 3; ++round) {
+        std::vector<DirectoryStats> seen;
+        DirectorySizer::stats(roots, false, [&](std::size_t, const DirectoryStats& s) { seen.push_back(s); });
+        ASSERT_EQ(seen.size(), 1u);
+        EXPECT_EQ(seen[0].newestModification, std::chrono::sys_seconds(std::chrono::seconds(1'700'000'000)));
+    }
+}
+
+TEST(DirectorySizer, StaysOnTheFileSystemOfEachRoot) {
+    for (bool bind : {false, true}) {
+        SCOPED_TRACE(bind ? "bind mounts of the same file system" : "tmpfs");
+        TempTree t;
+        const auto own = allocatedBytes(t.file("root/a.txt", 5000)) + allocatedBytes(t.file("root/x/1/2/3/4/5/b.txt", 7000));
+        // One mount met while the first levels are split into shards, one in a walk.
+        std::vector<ScopedMount> mounts;
+        for (const char* at : {"root/m", "root/x/1/2/3/4/5/m"}) {
+            const fs::path point = t.dir(at), source = t.dir(std::string("sources/") + (mounts.empty() ? "one" : "two"));
+            mounts.push_back(bind ? ScopedMount::bind(source, point) : ScopedMount::tmpfs(point));
+            if (!mounts.back().mounted()) GTEST_SKIP() << mounts.back().failure();
+        }
+        const auto mounted = allocatedBytes(t.file("root/m/big", 300'000));
+        t.file("root/x/1/2/3/4/5/m/big", 300'000);
+        t.symlink("link-to-mount", t / "root/m");
+        EXPECT_EQ(DirectorySizer::sizes(std::vector{t / "root", t / "root/m", t / "link-to-mount"}, false),
+                  (std::vector<std::int64_t>{own, mounted, mounted}));
+    }
+}
+
+TEST(DirectorySizer, AnyDepthIsMeasuredExactlyWithinALowLimitOfOpenFiles) {
+    TempTree t;
+    const std::int64_t expected = makeFolderChain(t.dir("deep"), 25'000, 100, 250);
+    ASSERT_GT(expected, 0);
+    Platform::raiseOpenFileLimit(); // done once; the limit below must hold
+    std::vector<DirectoryStats> measured;
+    {
+        ScopedOpenFileLimit limit(1024);
+        measured = DirectorySizer::stats(std::vector{t / "deep"}, false);
+    }
+    ASSERT_EQ(measured.size(), 1u);
+    EXPECT_EQ(measured[0].bytes, expected);
+    EXPECT_TRUE(measured[0].complete);
+    EXPECT_EQ(Removal::deleteItem((t / "deep").string()), std::nullopt);
+}
+
+TEST(DirectorySizer, ATreeThatCannotBeWalkedWhollySaysSo) {
+    if (!fs::exists("/proc/self/fd")) GTEST_SKIP() << "no /proc/self/fd to count open files";
+    TempTree t;
+    const std::int64_t whole = makeFolderChain(t.dir("deep"), 60, 1, 1'000);
+    Platform::raiseOpenFileLimit();
+    const auto open = static_cast<std::uint64_t>(std::distance(fs::directory_iterator("/proc/self/fd"), {}));
+    // On this thread only, so that the count of open files holds.
+    const bool saved = std::exchange(ParallelMap::detail::nestedFlag(), true);
+    std::vector<DirectoryStats> measured;
+    {
+        ScopedOpenFileLimit limit(open + 4);
+        measured = DirectorySizer::stats(std::vector{t / "deep"}, false);
+    }
+    ParallelMap::detail::nestedFlag() = saved;
+    ASSERT_EQ(measured.size(), 1u);
+    EXPECT_FALSE(measured[0].complete);
+    EXPECT_LT(measured[0].bytes, whole);
+    EXPECT_TRUE(DirectorySizer::stats(std::vector{t / "deep"}, false)[0].complete);
 }
