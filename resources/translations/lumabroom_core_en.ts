@@ -499,6 +499,183 @@
             <numerusform>Total %1 in %n rules, %2 s</numerusform>
         </translation>
     </message>
+    <message>
+        <extracomment>lumabroom-scan: the progress line on standard error; %1 rules done of %2, %3 their size</extracomment>
+        <source>正在扫描… %1/%2 条规则,%3</source>
+        <translation>Scanning… %1 of %2 rules, %3</translation>
+    </message>
+    <message>
+        <extracomment>lumabroom-scan --docker: without the daemon's socket</extracomment>
+        <source>Docker 守护进程没有运行:找不到它的套接字,什么也没有问。</source>
+        <translation>The Docker daemon is not running: no socket found. Nothing was asked.</translation>
+    </message>
+    <message>
+        <extracomment>lumabroom-scan --docker: heading of the usage per kind</extracomment>
+        <source>Docker 占用</source>
+        <translation>Docker usage</translation>
+    </message>
+    <message>
+        <extracomment>lumabroom-scan --docker</extracomment>
+        <source>(docker 没有给出占用)</source>
+        <translation>(docker gave no usage)</translation>
+    </message>
+    <message>
+        <extracomment>lumabroom-scan --docker</extracomment>
+        <source>(docker 没有给出清单)</source>
+        <translation>(docker gave no inventory)</translation>
+    </message>
+    <message numerus="yes">
+        <extracomment>lumabroom-scan --docker: heading with the number of images</extracomment>
+        <source>镜像 (%n)</source>
+        <translation>
+            <numerusform>Images (%n)</numerusform>
+            <numerusform>Images (%n)</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <extracomment>lumabroom-scan --docker: heading with the number of containers</extracomment>
+        <source>容器 (%n)</source>
+        <translation>
+            <numerusform>Containers (%n)</numerusform>
+            <numerusform>Containers (%n)</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <extracomment>lumabroom-scan --docker: heading with the number of volumes</extracomment>
+        <source>数据卷 (%n)</source>
+        <translation>
+            <numerusform>Volumes (%n)</numerusform>
+            <numerusform>Volumes (%n)</numerusform>
+        </translation>
+    </message>
+    <message>
+        <extracomment>lumabroom-scan --models: %1 is the models folder</extracomment>
+        <source>%1 中没有 Ollama 模型。</source>
+        <translation>No Ollama models in %1.</translation>
+    </message>
+    <message numerus="yes">
+        <extracomment>lumabroom-scan --models: the last line; %1 is the total size</extracomment>
+        <source>共 %1,%n 个模型(共用的数据块在每个模型中都计入)</source>
+        <translation>
+            <numerusform>Total %1 in %n model (shared blobs count in each)</numerusform>
+            <numerusform>Total %1 in %n models (shared blobs count in each)</numerusform>
+        </translation>
+    </message>
+    <message>
+        <extracomment>lumabroom-scan --sessions: %1 is the agent's name</extracomment>
+        <source>没有 %1 的会话文件。</source>
+        <translation>No %1 session files.</translation>
+    </message>
+    <message>
+        <extracomment>lumabroom-scan --sessions: heading; %1 is the agent's name</extracomment>
+        <source>%1 最大的会话</source>
+        <translation>Largest %1 sessions</translation>
+    </message>
+    <message numerus="yes">
+        <extracomment>lumabroom-scan --sessions: the last line; %1 is the total size</extracomment>
+        <source>共 %1,%n 个文件</source>
+        <translation>
+            <numerusform>Total %1 in %n file</numerusform>
+            <numerusform>Total %1 in %n files</numerusform>
+        </translation>
+    </message>
+    <message>
+        <extracomment>lumabroom-scan --simulators</extracomment>
+        <source>没有找到模拟器设备。</source>
+        <translation>No simulator devices found.</translation>
+    </message>
+    <message>
+        <extracomment>lumabroom-scan --simulators: a device whose property list gives no name</extracomment>
+        <source>(没有名称)</source>
+        <translation>(no name)</translation>
+    </message>
+    <message>
+        <extracomment>lumabroom-scan --worktrees</extracomment>
+        <source>代理工作过的仓库没有派生出工作树。</source>
+        <translation>No worktrees derived from the repositories the agents worked in.</translation>
+    </message>
+    <message numerus="yes">
+        <extracomment>lumabroom-scan --worktrees: first line; %1 is how many are at risk, %2 their total size</extracomment>
+        <source>%n 个工作树,%1 个有风险,%2</source>
+        <translation>
+            <numerusform>%n worktree, %1 at risk, %2</numerusform>
+            <numerusform>%n worktrees, %1 at risk, %2</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <extracomment>lumabroom-scan --worktrees: worktrees whose size is not known yet</extracomment>
+        <source>(还有 %n 个在测量…)</source>
+        <translation>
+            <numerusform>(measuring %n more…)</numerusform>
+            <numerusform>(measuring %n more…)</numerusform>
+        </translation>
+    </message>
+    <message>
+        <extracomment>lumabroom-scan --worktrees: column title</extracomment>
+        <source>大小</source>
+        <translation>SIZE</translation>
+    </message>
+    <message>
+        <extracomment>lumabroom-scan --worktrees: column title</extracomment>
+        <source>工作树</source>
+        <translation>WORKTREE</translation>
+    </message>
+    <message>
+        <extracomment>lumabroom-scan --worktrees: column title</extracomment>
+        <source>分支</source>
+        <translation>BRANCH</translation>
+    </message>
+    <message>
+        <extracomment>lumabroom-scan --worktrees: column title</extracomment>
+        <source>状态</source>
+        <translation>STATE</translation>
+    </message>
+    <message>
+        <extracomment>lumabroom-scan --worktrees: state of a worktree that loses nothing</extracomment>
+        <source>可以放心删除</source>
+        <translation>safe to delete</translation>
+    </message>
+    <message>
+        <extracomment>lumabroom-scan --worktrees: state; %1 lists what is lost</extracomment>
+        <source>将丢失 %1</source>
+        <translation>would lose %1</translation>
+    </message>
+    <message numerus="yes">
+        <extracomment>lumabroom-scan --worktrees: what is lost</extracomment>
+        <source>%n 个未提交的文件</source>
+        <translation>
+            <numerusform>%n uncommitted file</numerusform>
+            <numerusform>%n uncommitted files</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <extracomment>lumabroom-scan --worktrees: what is lost</extracomment>
+        <source>%n 个只在这里的提交</source>
+        <translation>
+            <numerusform>%n commit only here</numerusform>
+            <numerusform>%n commits only here</numerusform>
+        </translation>
+    </message>
+    <message>
+        <extracomment>lumabroom-scan --worktrees: both things lost</extracomment>
+        <source>%1,%2</source>
+        <translation>%1, %2</translation>
+    </message>
+    <message>
+        <extracomment>lumabroom-scan --worktrees: after what is lost</extracomment>
+        <source>(没有远程仓库:别处没有副本)</source>
+        <translation>(no remote: no copy elsewhere)</translation>
+    </message>
+    <message>
+        <extracomment>lumabroom-scan --worktrees: the branch of a detached worktree</extracomment>
+        <source>(不在分支上)</source>
+        <translation>(detached)</translation>
+    </message>
+    <message>
+        <extracomment>lumabroom-scan --worktrees: after a worktree's path; %1 is its repository</extracomment>
+        <source>(属于 %1)</source>
+        <translation>(of %1)</translation>
+    </message>
     <message numerus="yes">
         <extracomment>sizes below 1 kB</extracomment>
         <source>%n 字节</source>

@@ -1,13 +1,13 @@
 #include "DockerMode.h"
 
-#include "Columns.h"
+#include "Output.h"
+#include "Texts.h"
 
 #include "text/Formatting.h"
+#include "text/Localization.h"
 #include "text/Strings.h"
 #include "tools/DockerInventoryLister.h"
 #include "tools/DockerUsageLister.h"
-
-#include <nlohmann/json.hpp>
 
 #include <ostream>
 
@@ -15,9 +15,7 @@ namespace lumabroom::DockerMode {
 
 namespace {
 
-using Json = nlohmann::ordered_json;
-
-std::string dump(const Json& j) { return j.dump(-1, ' ', false, nlohmann::json::error_handler_t::replace); }
+using Output::Json;
 
 Json usageJson(const std::vector<ScanEntry>& rows) {
     auto list = Json::array();
@@ -28,7 +26,7 @@ Json usageJson(const std::vector<ScanEntry>& rows) {
         item["kind"] = rawValue(label->kind);
         item["size"] = row.size;
         item["count"] = label->count;
-        item["reclaimable"] = label->reclaimable ? Json(*label->reclaimable) : Json(nullptr);
+        item["reclaimable"] = Output::orNull(label->reclaimable);
         list.push_back(std::move(item));
     }
     return Json{{"usage", std::move(list)}};
@@ -50,44 +48,48 @@ Json inventoryJson(const std::optional<DockerInventory>& inventory) {
                       {"volumes", itemsJson(inventory->volumes)}}}};
 }
 
-void printItems(std::ostream& out, const char* title, const std::vector<DockerItem>& items) {
-    out << title << " (" << items.size() << ")\n";
+std::string usageText(const std::vector<ScanEntry>& usage) {
+    std::string out = Localization::text(Texts::dockerUsage) + "\n";
+    if (usage.empty()) return out + "  " + Localization::text(Texts::dockerNoUsage) + "\n";
+    std::vector<Output::Row> rows;
+    for (const auto& row : usage) rows.push_back({{Formatting::bytes(row.size), row.label ? row.label->text() : ""}});
+    return out + Output::table({Output::sizeColumn(), {}}, rows);
+}
+
+// `titleKey` holds "%n" for the number of items.
+std::string itemsText(std::string_view titleKey, const std::vector<DockerItem>& items) {
+    std::vector<Output::Row> rows;
     for (const auto& i : items) {
-        out << "  " << Columns::rightAligned(Formatting::bytes(i.size), 10) << "  " << Strings::quotedForTerminal(i.name);
-        if (!i.detail.empty()) out << "  ·  " << Strings::quotedForTerminal(i.detail);
-        out << "  [" << i.ref << "]\n";
+        std::string text = Strings::quotedForTerminal(i.name);
+        if (!i.detail.empty()) text += "  ·  " + Strings::quotedForTerminal(i.detail);
+        rows.push_back({{Formatting::bytes(i.size), text + "  [" + i.ref + "]"}});
     }
+    return Localization::counted(titleKey, static_cast<std::int64_t>(items.size())) + "\n"
+           + Output::table({Output::sizeColumn(), {}}, rows);
 }
 
 } // namespace
 
 int run(bool json, std::ostream& out) {
     if (!DockerUsageLister::daemonAvailable()) {
-        if (json) out << dump(Json{{"daemon", false}}) << "\n";
-        else out << "The Docker daemon is not running: no socket found. Nothing was asked.\n";
+        if (json) Output::writeJsonLine(out, Json{{"daemon", false}});
+        else out << Localization::text(Texts::dockerNoDaemon) << "\n";
         return 0;
     }
     const auto usage = DockerUsageLister::entries("docker");
-    if (json) out << dump(usageJson(usage)) << "\n" << std::flush;
+    if (json) Output::writeJsonLine(out, usageJson(usage));
     const auto inventory = DockerInventoryLister::fetch();
     if (json) {
-        out << dump(inventoryJson(inventory)) << "\n";
+        Output::writeJsonLine(out, inventoryJson(inventory));
         return 0;
     }
-
-    out << "Docker usage\n";
-    if (usage.empty()) out << "  (docker gave no usage)\n";
-    for (const auto& row : usage)
-        out << "  " << Columns::rightAligned(Formatting::bytes(row.size), 10) << "  "
-            << (row.label ? row.label->text() : "") << "\n";
-    out << "\n";
+    out << usageText(usage) << "\n";
     if (!inventory) {
-        out << "(docker gave no inventory)\n";
+        out << Localization::text(Texts::dockerNoInventory) << "\n";
         return 0;
     }
-    printItems(out, "Images", inventory->images);
-    printItems(out, "Containers", inventory->containers);
-    printItems(out, "Volumes", inventory->volumes);
+    out << itemsText(Texts::dockerImages, inventory->images) << itemsText(Texts::dockerContainers, inventory->containers)
+        << itemsText(Texts::dockerVolumes, inventory->volumes);
     return 0;
 }
 

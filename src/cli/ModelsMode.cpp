@@ -1,13 +1,13 @@
 #include "ModelsMode.h"
 
-#include "Columns.h"
+#include "Output.h"
+#include "Texts.h"
 
 #include "host/Paths.h"
 #include "text/Formatting.h"
+#include "text/Localization.h"
 #include "text/Strings.h"
 #include "tools/OllamaModelLister.h"
-
-#include <nlohmann/json.hpp>
 
 #include <limits>
 #include <ostream>
@@ -18,29 +18,29 @@ int run(bool json, std::ostream& out) {
     const std::string modelsDir = Paths::expandingTilde("~/.ollama/models");
     const auto models = OllamaModelLister::entries(modelsDir).value_or(std::vector<ScanEntry>{});
     if (json) {
-        auto list = nlohmann::ordered_json::array();
-        for (const auto& model : models) {
-            auto name = OllamaModelRemover::modelName(model.url);
-            list.push_back(nlohmann::ordered_json{{"name", name ? nlohmann::ordered_json(*name) : nullptr},
-                                                  {"path", model.url.string()},
-                                                  {"size", model.size}});
-        }
-        out << nlohmann::ordered_json{{"models", std::move(list)}}.dump(-1, ' ', false,
-                                                                         nlohmann::json::error_handler_t::replace)
-            << "\n";
+        auto list = Output::Json::array();
+        for (const auto& model : models)
+            list.push_back(Output::Json{{"name", Output::orNull(OllamaModelRemover::modelName(model.url))},
+                                        {"path", model.url.string()},
+                                        {"size", model.size}});
+        Output::writeJsonLine(out, Output::Json{{"models", std::move(list)}});
         return 0;
     }
     if (models.empty()) {
-        out << "No Ollama models in " << modelsDir << ".\n";
+        out << Localization::formatted(Texts::modelsNone, {Output::displayPath(modelsDir, Paths::homeDirectory())}) << "\n";
         return 0;
     }
+    std::vector<Output::Row> rows;
     std::int64_t total = 0;
     for (const auto& model : models) {
-        out << "  " << Columns::rightAligned(Formatting::bytes(model.size), 10) << "  "
-            << Strings::quotedForTerminal(OllamaModelRemover::modelName(model.url).value_or(model.url.string())) << "\n";
+        rows.push_back({{Formatting::bytes(model.size),
+                         Strings::quotedForTerminal(OllamaModelRemover::modelName(model.url).value_or(model.url.string()))}});
         if (__builtin_add_overflow(total, model.size, &total)) total = std::numeric_limits<std::int64_t>::max();
     }
-    out << "Total " << Formatting::bytes(total) << " in " << models.size() << " models (shared blobs count in each)\n";
+    out << Output::table({Output::sizeColumn(), {}}, rows)
+        << Localization::counted(Texts::modelsTotal, static_cast<std::int64_t>(models.size()),
+                                 {Formatting::bytes(total)})
+        << "\n";
     return 0;
 }
 

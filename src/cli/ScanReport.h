@@ -1,5 +1,7 @@
 #pragma once
 
+#include "Output.h"
+
 #include "scan/BuiltinRules.h"
 #include "scan/CleanRule.h"
 #include "text/DiskSpace.h"
@@ -9,11 +11,10 @@
 
 namespace lumabroom::ScanReport {
 
-// One JSON object for one rule: {"id", "name", "total", "entries": [{"path", "size", "label"?}]}, the
+// The JSON object of one rule: {"id", "name", "total", "entries": [{"path", "size", "label"?}]}, the
 // name in the current language.
-// Bytes of a path that are not UTF-8 become U+FFFD, so the line is always valid JSON.
-std::string jsonLine(const RuleScanResult& result);
-std::string doneLine(std::size_t rules, std::int64_t total, double seconds);
+Output::Json json(const RuleScanResult& result);
+Output::Json doneJson(std::size_t rules, std::int64_t total, double seconds);
 
 // The first line of the readable report: the volume's name, then its used, free and total bytes.
 std::string volumeLine(const DiskSpace& disk);

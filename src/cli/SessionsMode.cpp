@@ -1,12 +1,13 @@
 #include "SessionsMode.h"
 
-#include "Columns.h"
+#include "Output.h"
+#include "Texts.h"
 
 #include "agents/AgentSessions.h"
+#include "host/Paths.h"
 #include "text/Formatting.h"
+#include "text/Localization.h"
 #include "text/Strings.h"
-
-#include <nlohmann/json.hpp>
 
 #include <ostream>
 
@@ -22,28 +23,31 @@ int run(Agent agent, std::size_t limit, bool json, std::ostream& out) {
     const auto sessions = agent == Agent::claude ? AgentSessions::largestClaudeSessions(limit)
                                                  : AgentSessions::largestCodexSessions(limit);
     if (json) {
-        auto list = nlohmann::ordered_json::array();
+        auto list = Output::Json::array();
         for (const auto& s : sessions)
             list.push_back({{"path", s.url.string()}, {"size", s.size}, {"label", s.label ? s.label->text() : ""}});
-        out << nlohmann::ordered_json{{"sessions", std::move(list)}}.dump(-1, ' ', false,
-                                                                          nlohmann::json::error_handler_t::replace)
-            << "\n";
+        Output::writeJsonLine(out, Output::Json{{"sessions", std::move(list)}});
         return 0;
     }
-    const char* name = agent == Agent::claude ? "Claude Code" : "Codex";
+    const std::string name = agent == Agent::claude ? "Claude Code" : "Codex";
     if (sessions.empty()) {
-        out << "No " << name << " session files.\n";
+        out << Localization::formatted(Texts::sessionsNone, {name}) << "\n";
         return 0;
     }
-    out << "Largest " << name << " sessions\n";
+    const std::string home = Paths::homeDirectory();
+    std::vector<Output::Row> rows;
     std::int64_t total = 0;
     for (const auto& s : sessions) {
-        out << "  " << Columns::rightAligned(Formatting::bytes(s.size), 10) << "  "
-            << Strings::quotedForTerminal(s.label ? s.label->text() : s.url.filename().string()) << "\n"
-            << "  " << std::string(12, ' ') << Strings::quotedForTerminal(s.url.string()) << "\n";
+        rows.push_back({{Formatting::bytes(s.size),
+                         Strings::quotedForTerminal(s.label ? s.label->text() : s.url.filename().string())}});
+        rows.push_back({{"", Output::displayPath(s.url, home)}});
         total += s.size;
     }
-    out << "Total " << Formatting::bytes(total) << " in " << sessions.size() << " files\n";
+    out << Localization::formatted(Texts::sessionsLargest, {name}) << "\n"
+        << Output::table({Output::sizeColumn(), {}}, rows)
+        << Localization::counted(Texts::sessionsTotal, static_cast<std::int64_t>(sessions.size()),
+                                 {Formatting::bytes(total)})
+        << "\n";
     return 0;
 }
 

@@ -1,48 +1,45 @@
 #include "SimulatorsMode.h"
 
-#include "Columns.h"
+#include "Output.h"
+#include "Texts.h"
 
 #include "scan/CacheScanner.h"
 #include "text/Formatting.h"
+#include "text/Localization.h"
+#include "text/Strings.h"
 #include "tools/SimulatorDevices.h"
-
-#include <nlohmann/json.hpp>
 
 #include <ostream>
 
 namespace lumabroom::SimulatorsMode {
-
-namespace {
-nlohmann::ordered_json orNull(const std::optional<std::string>& text) {
-    return text ? nlohmann::ordered_json(*text) : nlohmann::ordered_json(nullptr);
-}
-} // namespace
 
 int run(bool json, PathTable table, std::ostream& out) {
     std::vector<ScanEntry> devices;
     if (const CleanRule* rule = BuiltinRules::find("xcode.simulator-devices", table))
         devices = CacheScanner::scanRule(*rule).entries;
     if (json) {
-        auto list = nlohmann::ordered_json::array();
+        auto list = Output::Json::array();
         for (const auto& device : devices)
-            list.push_back(nlohmann::ordered_json{{"udid", orNull(SimulatorDevices::udid(device.url))},
-                                                  {"name", orNull(SimulatorDevices::deviceName(device.url))},
-                                                  {"path", device.url.string()},
-                                                  {"size", device.size}});
-        out << nlohmann::ordered_json{{"simulators", std::move(list)}}.dump(-1, ' ', false,
-                                                                             nlohmann::json::error_handler_t::replace)
-            << "\n";
+            list.push_back(Output::Json{{"udid", Output::orNull(SimulatorDevices::udid(device.url))},
+                                        {"name", Output::orNull(SimulatorDevices::deviceName(device.url))},
+                                        {"path", device.url.string()},
+                                        {"size", device.size}});
+        Output::writeJsonLine(out, Output::Json{{"simulators", std::move(list)}});
         return 0;
     }
     if (devices.empty()) {
-        out << "No simulator devices found.\n";
+        out << Localization::text(Texts::simulatorsNone) << "\n";
         return 0;
     }
+    std::vector<Output::Row> rows;
     for (const auto& device : devices) {
-        out << "  " << Columns::rightAligned(Formatting::bytes(device.size), 10) << "  "
-            << SimulatorDevices::deviceName(device.url).value_or("(no name)") << "  "
-            << SimulatorDevices::udid(device.url).value_or(device.url.filename().string()) << "\n";
+        const auto name = SimulatorDevices::deviceName(device.url);
+        rows.push_back({{Formatting::bytes(device.size),
+                         name ? Strings::quotedForTerminal(*name) : Localization::text(Texts::simulatorNoName),
+                         Strings::quotedForTerminal(
+                             SimulatorDevices::udid(device.url).value_or(device.url.filename().string()))}});
     }
+    out << Output::table({Output::sizeColumn(), {}, {}}, rows);
     return 0;
 }
 

@@ -1,10 +1,13 @@
 #include "WorktreesMode.h"
 
+#include "Output.h"
+#include "Texts.h"
+
 #include "agents/WorktreeDiscovery.h"
 #include "host/Paths.h"
 #include "text/Formatting.h"
-
-#include <nlohmann/json.hpp>
+#include "text/Localization.h"
+#include "text/Strings.h"
 
 #include <algorithm>
 #include <ctime>
@@ -14,10 +17,6 @@
 namespace lumabroom::WorktreesMode {
 
 namespace {
-std::string dump(const nlohmann::ordered_json& j) {
-    return j.dump(-1, ' ', false, nlohmann::json::error_handler_t::replace);
-}
-
 std::string isoTime(std::chrono::sys_seconds time) {
     const std::time_t seconds = time.time_since_epoch().count();
     std::tm utc{};
@@ -27,84 +26,69 @@ std::string isoTime(std::chrono::sys_seconds time) {
     return text;
 }
 
-std::string shortened(const std::string& path, const std::string& home) {
-    if (home.size() > 1 && path.starts_with(home) && (path.size() == home.size() || path[home.size()] == '/'))
-        return std::string("~").append(path, home.size());
-    return path;
-}
-
-std::string padRight(std::string text, std::size_t width) {
-    if (text.size() < width) text.append(width - text.size(), ' ');
-    return text;
-}
-
-std::string padLeft(std::string text, std::size_t width) {
-    if (text.size() < width) text.insert(0, width - text.size(), ' ');
-    return text;
-}
-
-std::string plural(int count, const char* one, const char* many) {
-    return std::to_string(count) + " " + (count == 1 ? one : many);
-}
-
 // What removing the worktree would lose, in the words of the confirmation.
 std::string verdict(const WorktreeInfo& w) {
-    if (!w.isRisky()) return "safe to delete";
-    std::string lost;
-    if (w.dirtyFiles > 0) lost = plural(w.dirtyFiles, "uncommitted file", "uncommitted files");
-    if (w.orphanCommits > 0) {
-        if (!lost.empty()) lost += ", ";
-        lost += plural(w.orphanCommits, "commit only here", "commits only here");
-    }
-    std::string text = "would lose " + lost;
-    if (!w.hasRemote) text += " (no remote: no copy elsewhere)";
+    if (!w.isRisky()) return Localization::text(Texts::worktreeSafe);
+    std::vector<std::string> lost;
+    if (w.dirtyFiles > 0) lost.push_back(Localization::counted(Texts::worktreeDirtyFiles, w.dirtyFiles));
+    if (w.orphanCommits > 0) lost.push_back(Localization::counted(Texts::worktreeOrphanCommits, w.orphanCommits));
+    std::string text = Localization::formatted(
+        Texts::worktreeWouldLose, {lost.size() == 1 ? lost.front() : Localization::formatted(Texts::bothLosses, {lost[0], lost[1]})});
+    if (!w.hasRemote) text.append(" ").append(Localization::text(Texts::worktreeNoRemote));
     return text;
 }
-} // namespace
 
-std::string jsonReport(std::size_t report, const std::vector<WorktreeInfo>& worktrees) {
-    auto list = nlohmann::ordered_json::array();
-    for (const auto& w : worktrees) {
-        nlohmann::ordered_json j;
-        j["path"] = w.path.string();
-        j["parent"] = w.parentRepo.string();
-        j["repoName"] = w.repoName;
-        j["branch"] = w.branch ? nlohmann::ordered_json(*w.branch) : nullptr;
-        j["dirtyFiles"] = w.dirtyFiles;
-        j["orphanCommits"] = w.orphanCommits;
-        j["hasRemote"] = w.hasRemote;
-        j["size"] = w.size ? nlohmann::ordered_json(*w.size) : nullptr;
-        j["lastModified"] = w.lastModified ? nlohmann::ordered_json(isoTime(*w.lastModified)) : nullptr;
-        list.push_back(std::move(j));
-    }
-    return dump(nlohmann::ordered_json{{"report", report}, {"worktrees", std::move(list)}});
+std::string branch(const WorktreeInfo& w) {
+    return w.branch ? Strings::quotedForTerminal(*w.branch) : Localization::text(Texts::worktreeDetached);
 }
 
-std::string table(const std::vector<WorktreeInfo>& worktrees, const std::string& home) {
-    if (worktrees.empty()) return "No worktrees derived from the repositories the agents worked in.\n";
-    std::size_t nameWidth = 8, branchWidth = 6, measured = 0;
-    int risky = 0;
-    std::int64_t total = 0;
+std::string summary(const std::vector<WorktreeInfo>& worktrees) {
+    std::int64_t risky = 0, measured = 0, total = 0;
     for (const auto& w : worktrees) {
-        nameWidth = std::max(nameWidth, w.repoName.size());
-        branchWidth = std::max(branchWidth, w.branch.value_or("(detached)").size());
         if (w.isRisky()) ++risky;
         if (w.size) ++measured, total += *w.size;
     }
-    std::string out = plural(static_cast<int>(worktrees.size()), "worktree", "worktrees") + ", " + std::to_string(risky)
-                      + " at risk, " + Formatting::bytes(total);
-    if (measured < worktrees.size()) out += " (measuring " + std::to_string(worktrees.size() - measured) + " more…)";
-    out += "\n\n";
-    out += "  " + padLeft("SIZE", 10) + "  " + padRight("WORKTREE", nameWidth) + "  " + padRight("BRANCH", branchWidth)
-           + "  STATE\n";
+    const auto count = static_cast<std::int64_t>(worktrees.size());
+    std::string text = Localization::counted(Texts::worktreesSummary, count,
+                                             {std::to_string(risky), Formatting::bytes(total)});
+    if (measured < count) text.append(" ").append(Localization::counted(Texts::worktreesMeasuring, count - measured));
+    return text + "\n\n";
+}
+} // namespace
+
+Output::Json jsonReport(std::size_t report, const std::vector<WorktreeInfo>& worktrees) {
+    auto list = Output::Json::array();
     for (const auto& w : worktrees) {
-        out += w.isRisky() ? "! " : "  ";
-        out += padLeft(w.size ? Formatting::bytes(*w.size) : "…", 10) + "  " + padRight(w.repoName, nameWidth) + "  "
-               + padRight(w.branch.value_or("(detached)"), branchWidth) + "  " + verdict(w) + "\n";
-        out += "  " + std::string(12, ' ') + shortened(w.path.string(), home) + "  (of "
-               + shortened(w.parentRepo.string(), home) + ")\n";
+        Output::Json j;
+        j["path"] = w.path.string();
+        j["parent"] = w.parentRepo.string();
+        j["repoName"] = w.repoName;
+        j["branch"] = Output::orNull(w.branch);
+        j["dirtyFiles"] = w.dirtyFiles;
+        j["orphanCommits"] = w.orphanCommits;
+        j["hasRemote"] = w.hasRemote;
+        j["size"] = Output::orNull(w.size);
+        j["lastModified"] = w.lastModified ? Output::Json(isoTime(*w.lastModified)) : nullptr;
+        list.push_back(std::move(j));
     }
-    return out;
+    return Output::Json{{"report", report}, {"worktrees", std::move(list)}};
+}
+
+std::string table(const std::vector<WorktreeInfo>& worktrees, const std::string& home) {
+    if (worktrees.empty()) return Localization::text(Texts::worktreesNone) + "\n";
+    std::vector<Output::Row> rows;
+    for (const auto& w : worktrees) {
+        rows.push_back({{w.size ? Formatting::bytes(*w.size) : "…", Strings::quotedForTerminal(w.repoName), branch(w),
+                         verdict(w)},
+                        w.isRisky() ? "! " : "  "});
+        rows.push_back({{"", Output::displayPath(w.path, home) + "  "
+                                 + Localization::formatted(Texts::worktreeOfRepo, {Output::displayPath(w.parentRepo, home)})}});
+    }
+    const std::vector<Output::Column> columns{Output::sizeColumn(Localization::text(Texts::columnSize)),
+                                              {Localization::text(Texts::columnWorktree)},
+                                              {Localization::text(Texts::columnBranch)},
+                                              {Localization::text(Texts::columnState)}};
+    return summary(worktrees) + Output::table(columns, rows);
 }
 
 int run(bool json, std::ostream& out) {
@@ -115,7 +99,7 @@ int run(bool json, std::ostream& out) {
     std::vector<WorktreeInfo> last;
     WorktreeDiscovery::discover([&](const std::vector<WorktreeInfo>& worktrees) {
         if (json) {
-            out << jsonReport(report++, worktrees) << "\n" << std::flush;
+            Output::writeJsonLine(out, jsonReport(report++, worktrees));
         } else if (live) {
             // Back to the top of the previous table, then draw over it.
             if (drawnLines > 0) out << "\033[" << drawnLines << "F\033[J";
@@ -126,7 +110,7 @@ int run(bool json, std::ostream& out) {
             last = worktrees;
         }
     });
-    if (json) out << dump(nlohmann::ordered_json{{"done", true}}) << "\n";
+    if (json) Output::writeJsonLine(out, Output::Json{{"done", true}});
     else if (!live) out << table(last, home);
     out.flush();
     return 0;

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "Output.h"
+
 #include "agents/WorktreeInfo.h"
 
 #include <cstddef>
@@ -14,7 +16,7 @@ namespace lumabroom::WorktreesMode {
 // then {"done": true}. Else a table, redrawn per report on a terminal and printed once otherwise.
 int run(bool json, std::ostream& out);
 
-std::string jsonReport(std::size_t report, const std::vector<WorktreeInfo>& worktrees);
+Output::Json jsonReport(std::size_t report, const std::vector<WorktreeInfo>& worktrees);
 // The table of one report; paths under `home` are shortened to "~".
 std::string table(const std::vector<WorktreeInfo>& worktrees, const std::string& home);
 

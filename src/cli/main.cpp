@@ -2,6 +2,8 @@
 
 #include "DockerMode.h"
 #include "ModelsMode.h"
+#include "Output.h"
+#include "Texts.h"
 #include "ScanReport.h"
 #include "SessionsMode.h"
 #include "SimulatorsMode.h"
@@ -14,11 +16,14 @@
 #include "text/Formatting.h"
 #include "text/Localization.h"
 
+#include <QCommandLineParser>
+
+#include <array>
 #include <chrono>
 #include <cstdio>
-#include <cstring>
 #include <iostream>
 #include <optional>
+#include <variant>
 #include <set>
 #include <string>
 #include <unistd.h>
@@ -33,30 +38,19 @@ constexpr const char* kUsage =
     "       lumabroom-scan [--json] [--catalogue macos|linux] --docker | --models | --simulators\n"
     "       lumabroom-scan [--json] --worktrees | --sessions claude|codex [--limit N]\n";
 
-constexpr const char* kHelp =
+constexpr const char* kAbout =
     "Scans what development tools leave in your home folder and prints the sizes.\n"
-    "\n"
-    "  --json                one JSON object per rule as it finishes, then a final {\"done\": true, ...}\n"
-    "  --catalogue NAME      the path table to use: macos or linux (default: this system's)\n"
-    "  --rule ID             scan only this rule; may be given more than once\n"
-    "  --language NAME       zh-Hans, en or system: the language of this run, not stored (default: the setting)\n"
-    "  --docker              Docker's usage and its images, containers and volumes (needs the daemon's socket)\n"
-    "  --models              the Ollama models, one per manifest\n"
-    "  --simulators          the simulator devices with their names\n"
-    "  --worktrees           the git worktrees that coding agents left, with what removing each would lose;\n"
-    "                        with --json one line per report (report k has k sizes), then {\"done\": true}\n"
-    "  --sessions AGENT      the largest session files of claude or codex\n"
-    "  --limit N             how many sessions to list (default 10)\n"
-    "  --help                show this text\n"
-    "\n"
-    "Sizes are allocated bytes in decimal units. Nothing is written or removed.\n";
+    "Sizes are allocated bytes in decimal units. Nothing is written or removed.";
+
+// The modes besides the scan, of which one run takes at most one.
+constexpr std::array<const char*, 5> kModes{"docker", "models", "simulators", "worktrees", "sessions"};
 
 struct Options {
     bool json = false;
     PathTable table = runningPathTable();
     std::vector<std::string> ruleIds;
     std::optional<AppLanguage> language; // for this run only
-    std::string toolMode; // "--docker", "--models", "--simulators", "--worktrees" or "--sessions"; empty for the scan
+    std::string toolMode; // one of kModes; empty for the scan
     SessionsMode::Agent sessionsOf = SessionsMode::Agent::claude;
     std::optional<std::size_t> limit;
 };
@@ -64,6 +58,63 @@ struct Options {
 int usageError(const std::string& message) {
     std::cerr << "lumabroom-scan: " << message << "\n" << kUsage;
     return 2;
+}
+
+void describeOptions(QCommandLineParser& parser) {
+    parser.setApplicationDescription(QString::fromUtf8(kAbout));
+    parser.addOptions({
+        {"json", "One JSON object per rule as it finishes, then a final {\"done\": true, ...}."},
+        {"catalogue", "The path table to use: macos or linux (default: this system's).", "NAME"},
+        {"rule", "Scan only this rule; may be given more than once.", "ID"},
+        {"language", "zh-Hans, en or system: the language of this run, not stored (default: the setting).", "NAME"},
+        {"docker", "Docker's usage and its images, containers and volumes (needs the daemon's socket)."},
+        {"models", "The Ollama models, one per manifest."},
+        {"simulators", "The simulator devices with their names."},
+        {"worktrees", "The git worktrees that coding agents left, with what removing each would lose; with --json "
+                      "one line per report (report k has k sizes), then {\"done\": true}."},
+        {"sessions", "The largest session files of claude or codex.", "AGENT"},
+        {"limit", "How many sessions to list (default 10).", "N"},
+        {{"h", "help"}, "Show this text."},
+        {"version", "Show the version of this program."},
+    });
+}
+
+// The options of the command line, or the message of a usage error.
+std::variant<Options, std::string> readOptions(const QCommandLineParser& parser) {
+    Options options;
+    options.json = parser.isSet("json");
+    if (!parser.positionalArguments().isEmpty())
+        return "unexpected argument '" + parser.positionalArguments().front().toStdString() + "'";
+    if (parser.isSet("catalogue")) {
+        const QString name = parser.value("catalogue");
+        if (name == "macos") options.table = PathTable::macOS;
+        else if (name == "linux") options.table = PathTable::linuxOS;
+        else return "unknown catalogue '" + name.toStdString() + "'";
+    }
+    for (const QString& id : parser.values("rule")) options.ruleIds.push_back(id.toStdString());
+    if (parser.isSet("language")) {
+        options.language = appLanguageFromRaw(parser.value("language").toStdString());
+        if (!options.language) return std::string("--language needs zh-Hans, en or system");
+    }
+    for (const char* mode : kModes) {
+        if (!parser.isSet(mode)) continue;
+        if (!options.toolMode.empty()) return "--" + options.toolMode + " and --" + mode + " can't be combined";
+        options.toolMode = mode;
+    }
+    if (parser.isSet("sessions")) {
+        const auto agent = SessionsMode::agentFromName(parser.value("sessions").toStdString());
+        if (!agent) return std::string("--sessions needs claude or codex");
+        options.sessionsOf = *agent;
+    }
+    if (parser.isSet("limit")) {
+        const std::string n = parser.value("limit").toStdString();
+        if (n.empty() || n.find_first_not_of("0123456789") != std::string::npos || n.size() > 9)
+            return std::string("--limit needs a number");
+        if (options.toolMode != "sessions") return std::string("--limit goes with --sessions");
+        options.limit = std::stoul(n);
+    }
+    if (!options.toolMode.empty() && !options.ruleIds.empty()) return "--" + options.toolMode + " takes no --rule";
+    return options;
 }
 
 // Rules of the scan: the catalogue without the worktree rule, whose entries come from git.
@@ -101,7 +152,9 @@ public:
 private:
     void draw() const {
         if (!enabled_) return;
-        std::fprintf(stderr, "\r\033[KScanning… %zu of %zu rules, %s", done_, total_, Formatting::bytes(sum_).c_str());
+        const std::string text = Localization::formatted(
+            Texts::scanning, {std::to_string(done_), std::to_string(total_), Formatting::bytes(sum_)});
+        std::fprintf(stderr, "\r\033[K%s", text.c_str());
         std::fflush(stderr);
     }
     bool enabled_;
@@ -110,71 +163,17 @@ private:
     std::int64_t sum_ = 0;
 };
 
-} // namespace
+int runMode(const Options& options) {
+    if (options.toolMode == "worktrees") return WorktreesMode::run(options.json, std::cout);
+    if (options.toolMode == "sessions")
+        return SessionsMode::run(options.sessionsOf, options.limit.value_or(SessionsMode::kDefaultLimit), options.json,
+                                 std::cout);
+    if (options.toolMode == "docker") return DockerMode::run(options.json, std::cout);
+    if (options.toolMode == "models") return ModelsMode::run(options.json, std::cout);
+    return SimulatorsMode::run(options.json, options.table, std::cout);
+}
 
-int main(int argc, char** argv) {
-    Options options;
-    for (int i = 1; i < argc; ++i) {
-        std::string arg = argv[i];
-        auto value = [&]() -> std::optional<std::string> {
-            if (i + 1 >= argc) return std::nullopt;
-            return std::string(argv[++i]);
-        };
-        if (arg == "--help" || arg == "-h") {
-            std::cout << kUsage << "\n" << kHelp;
-            return 0;
-        } else if (arg == "--json") {
-            options.json = true;
-        } else if (arg == "--catalogue") {
-            auto v = value();
-            if (!v) return usageError("--catalogue needs a value");
-            if (*v == "macos") options.table = PathTable::macOS;
-            else if (*v == "linux") options.table = PathTable::linuxOS;
-            else return usageError("unknown catalogue '" + *v + "'");
-        } else if (arg == "--rule") {
-            auto v = value();
-            if (!v) return usageError("--rule needs a rule id");
-            options.ruleIds.push_back(*v);
-        } else if (arg == "--language") {
-            auto v = value();
-            auto language = v ? appLanguageFromRaw(*v) : std::nullopt;
-            if (!language) return usageError("--language needs zh-Hans, en or system");
-            options.language = *language;
-        } else if (arg == "--sessions") {
-            auto v = value();
-            auto agent = v ? SessionsMode::agentFromName(*v) : std::nullopt;
-            if (!agent) return usageError("--sessions needs claude or codex");
-            if (!options.toolMode.empty() && options.toolMode != arg)
-                return usageError(options.toolMode + " and " + arg + " can't be combined");
-            options.toolMode = arg;
-            options.sessionsOf = *agent;
-        } else if (arg == "--limit") {
-            auto v = value();
-            if (!v || v->empty() || v->find_first_not_of("0123456789") != std::string::npos || v->size() > 9)
-                return usageError("--limit needs a number");
-            options.limit = std::stoul(*v);
-        } else if (arg == "--docker" || arg == "--models" || arg == "--simulators" || arg == "--worktrees") {
-            if (!options.toolMode.empty() && options.toolMode != arg)
-                return usageError(options.toolMode + " and " + arg + " can't be combined");
-            options.toolMode = arg;
-        } else {
-            return usageError("unknown option '" + arg + "'");
-        }
-    }
-
-    if (options.language) Localization::setLanguageForThisRun(*options.language);
-    if (options.limit && options.toolMode != "--sessions") return usageError("--limit goes with --sessions");
-    if (!options.toolMode.empty()) {
-        if (!options.ruleIds.empty()) return usageError(options.toolMode + " takes no --rule");
-        if (options.toolMode == "--worktrees") return WorktreesMode::run(options.json, std::cout);
-        if (options.toolMode == "--sessions")
-            return SessionsMode::run(options.sessionsOf, options.limit.value_or(SessionsMode::kDefaultLimit),
-                                     options.json, std::cout);
-        if (options.toolMode == "--docker") return DockerMode::run(options.json, std::cout);
-        if (options.toolMode == "--models") return ModelsMode::run(options.json, std::cout);
-        return SimulatorsMode::run(options.json, options.table, std::cout);
-    }
-
+int runScan(const Options& options) {
     std::string unknown;
     std::vector<CleanRule> rules = selectedRules(options, unknown);
     if (!unknown.empty()) return usageError("unknown rule '" + unknown + "'");
@@ -192,10 +191,7 @@ int main(int argc, char** argv) {
         total += result->totalSize();
         ++count;
         if (options.json) {
-            std::string line = ScanReport::jsonLine(*result);
-            line.push_back('\n');
-            std::fwrite(line.data(), 1, line.size(), stdout);
-            std::fflush(stdout);
+            Output::writeJsonLine(std::cout, ScanReport::json(*result));
         } else {
             progress.advance(result->totalSize());
             results.push_back(std::move(*result));
@@ -204,11 +200,35 @@ int main(int argc, char** argv) {
     const double seconds = std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
 
     if (options.json) {
-        std::cout << ScanReport::doneLine(count, total, seconds) << "\n";
+        Output::writeJsonLine(std::cout, ScanReport::doneJson(count, total, seconds));
     } else {
         progress.erase();
-        std::cout << ScanReport::readable(results, BuiltinRules::all(options.table), seconds);
+        std::cout << ScanReport::readable(results, BuiltinRules::all(options.table), seconds) << std::flush;
     }
-    std::cout.flush();
     return 0;
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+    QCommandLineParser parser;
+    describeOptions(parser);
+    QStringList arguments;
+    for (int i = 0; i < argc; ++i) arguments << QString::fromLocal8Bit(argv[i]);
+    if (!parser.parse(arguments)) return usageError(parser.errorText().toStdString());
+    if (parser.isSet("help")) {
+        // The parser's own first line knows one form of the command; ours lists all three.
+        const QString help = parser.helpText();
+        std::cout << kUsage << help.mid(help.indexOf('\n')).toStdString();
+        return 0;
+    }
+    if (parser.isSet("version")) {
+        std::cout << "lumabroom-scan " << LUMABROOM_VERSION << "\n";
+        return 0;
+    }
+    auto read = readOptions(parser);
+    if (auto* message = std::get_if<std::string>(&read)) return usageError(*message);
+    const Options& options = std::get<Options>(read);
+    if (options.language) Localization::setLanguageForThisRun(*options.language);
+    return options.toolMode.empty() ? runScan(options) : runMode(options);
 }

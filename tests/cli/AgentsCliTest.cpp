@@ -62,7 +62,7 @@ TEST(AgentsCli, WorktreesReportsTheFactsThenTheSizeOfEachWorktree) {
     expected.push_back({{"done", true}});
     EXPECT_EQ(h.jsonLines({"--worktrees", "--json"}), expected);
 
-    const std::string readable = h.scan({"--worktrees"}).out;
+    const std::string readable = h.scan({"--worktrees", "--language", "en"}).out;
     for (const char* text : {"1 worktree, 1 at risk", "~/wt/app orphan  (of ~/src/app)\n",
                              "would lose 1 uncommitted file, 1 commit only here (no remote: no copy elsewhere)\n"})
         EXPECT_NE(readable.find(text), std::string::npos) << text << " in\n" << readable;
@@ -93,7 +93,7 @@ TEST(AgentsCli, SessionsListTheLargestFilesOfEachAgent) {
               (std::vector<json>{{{"sessions", claude}}}));
     const json codexOnly = json::array({{{"path", codex}, {"size", 500}, {"label", "/srv/codex · 2024-03-01"}}});
     EXPECT_EQ(h.jsonLines({"--sessions", "codex", "--json"}), (std::vector<json>{{{"sessions", codexOnly}}}));
-    const std::string readable = h.scan({"--sessions", "claude"}).out;
+    const std::string readable = h.scan({"--sessions", "claude", "--language", "en"}).out;
     EXPECT_NE(readable.find("~/src/app · 2024-03-01\n"), std::string::npos) << readable;
     EXPECT_NE(readable.find(" in 3 files\n"), std::string::npos) << readable;
 

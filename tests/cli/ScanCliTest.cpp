@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <map>
+#include <regex>
 #include <set>
 #include <sstream>
 
@@ -144,14 +145,22 @@ TEST(ScanCli, BadArgumentsPrintUsageAndExitWithTwo) {
     TempTree t;
     for (std::vector<std::string> args : {std::vector<std::string>{"--bogus"}, {"--catalogue"}, {"--catalogue", "windows"},
                                           {"--rule", "no.such-rule"}, {"--rule"}, {"positional"}, {"--language"},
-                                          {"--language", "fr"}, {"--language", "EN"}}) {
+                                          {"--language", "fr"}, {"--language", "EN"},
+                                          {"--json", "extra"}, {"--help-all"}, {"-v"}}) {
         SCOPED_TRACE(testing::PrintToString(args));
         auto r = scan(t, args);
         EXPECT_EQ(r.status, 2);
         EXPECT_EQ(r.out, "");
         EXPECT_NE(r.err.find("\nusage: lumabroom-scan"), std::string::npos) << r.err;
     }
-    auto help = scan(t, {"--help"});
-    EXPECT_EQ(help.status, 0);
-    EXPECT_NE(help.out.find("--catalogue"), std::string::npos);
+    for (const char* option : {"--help", "-h"}) {
+        auto help = scan(t, {option});
+        EXPECT_EQ(help.status, 0);
+        EXPECT_TRUE(help.out.starts_with("usage: lumabroom-scan [--json]")) << help.out;
+        for (const char* described : {"\n  --catalogue <NAME>  ", "\n  --limit <N>  ", "\n  --version  "})
+            EXPECT_NE(help.out.find(described), std::string::npos) << described << " in\n" << help.out;
+    }
+    auto version = scan(t, {"--version"});
+    EXPECT_EQ(version.status, 0);
+    EXPECT_TRUE(std::regex_match(version.out, std::regex("lumabroom-scan [0-9]+\\.[0-9]+\\.[0-9]+\n"))) << version.out;
 }

@@ -71,7 +71,7 @@ TEST(ToolsCli, DockerGivesUsageInTheToolsOrderThenTheSortedInventory) {
     EXPECT_EQ(h.docker.calls(),
               (Calls{{"system", "df", "--format", "{{json .}}"}, {"system", "df", "-v", "--format", "{{json .}}"}}));
 
-    r = h.run({"--docker"});
+    r = h.run({"--docker", "--language", "en"});
     for (const char* line : {"Docker usage\n", "\nImages (2)\n", "  db  ·  postgres:16 · Up 3 hours  [3f2a1b4c5d6e]\n"})
         EXPECT_NE(r.out.find(line), std::string::npos) << line << " in:\n" << r.out;
 }
@@ -80,7 +80,7 @@ TEST(ToolsCli, DockerWithoutTheSocketStartsNothing) {
     if (fs::exists("/var/run/docker.sock")) GTEST_SKIP() << "this machine's own daemon socket counts as a daemon";
     Home h;
     EXPECT_EQ(h.run({"--docker", "--json"}).out, "{\"daemon\":false}\n");
-    EXPECT_EQ(h.run({"--docker"}).out, "The Docker daemon is not running: no socket found. Nothing was asked.\n");
+    EXPECT_EQ(h.run({"--docker", "--language", "en"}).out, "The Docker daemon is not running: no socket found. Nothing was asked.\n");
     EXPECT_EQ(h.docker.calls(), Calls{});
 }
 
