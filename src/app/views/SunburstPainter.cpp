@@ -37,7 +37,7 @@ void blurLine(std::uint32_t* line, int count, int stride, int radius, std::vecto
     for (int i = -radius; i <= radius; ++i) add(at(i), 1);
     for (int i = 0; i < count; ++i) {
         std::uint32_t pixel = 0;
-        for (int c = 0; c < 4; ++c) pixel |= (sum[c] / window) << (8 * c);
+        for (int c = 0; c < 4; ++c) pixel |= ((sum[c] + window / 2) / window) << (8 * c);
         line[i * stride] = pixel;
         add(at(i + radius + 1), 1);
         add(at(i - radius), -1);
