@@ -94,21 +94,18 @@ void paint(QPainter& painter, QPointF centre, std::span<const DrawnSegment> shap
     painter.save();
     painter.setRenderHint(QPainter::Antialiasing);
     painter.setPen(Qt::NoPen);
-    QPen notchPen(SunburstDraw::notchColor(light), notchWidth);
-    notchPen.setCapStyle(Qt::FlatCap);
+    const QColor notchColor = SunburstDraw::notchColor(light);
     for (const DrawnSegment& shape : shapes) {
         const QPainterPath path = sectorPath(centre, shape.innerRadius, shape.outerRadius, shape.start, shape.end);
         if (shape.emphasised) paintGlow(painter, path, shape.color);
         painter.setOpacity(shape.alpha);
         painter.fillPath(path, shape.color);
         if (!shape.notchRadii.empty()) {
-            const double sweep = qtDegrees(shape.end) - qtDegrees(shape.start);
+            // Thin ring sectors rather than strokes: the same pixels without the stroker.
             QPainterPath notches;
-            for (double r : shape.notchRadii) {
-                notches.arcMoveTo(circle(centre, r), qtDegrees(shape.start));
-                notches.arcTo(circle(centre, r), qtDegrees(shape.start), sweep);
-            }
-            painter.strokePath(notches, notchPen);
+            for (double r : shape.notchRadii)
+                notches.addPath(sectorPath(centre, r - notchWidth / 2, r + notchWidth / 2, shape.start, shape.end));
+            painter.fillPath(notches, notchColor);
         }
         painter.setOpacity(1);
     }
