@@ -1,6 +1,6 @@
 // The chart by itself over a synthetic model. Clicks, hover, Escape and the morph behave as in the
 // window. Options: --light, --colour-blind, --route overview|category:RAW|rule:ID, --select,
-// --busy, --size WxH, --hover X,Y, --screenshot FILE (saves the window once drawn, then quits).
+// (or category:biggest, rule:biggest), --busy, --size WxH, --hover X,Y, --screenshot FILE (saves the window once drawn, then quits).
 
 #include "ChartSample.h"
 #include "SunburstWidget.h"
@@ -12,6 +12,7 @@
 #include <QTimer>
 #include <QVBoxLayout>
 
+#include <algorithm>
 #include <cstdio>
 #include <string>
 
@@ -37,8 +38,13 @@ private:
     bool light;
 };
 
-std::optional<Route> parseRoute(const std::string& text) {
+std::optional<Route> parseRoute(const std::string& text, const ChartSample& sample) {
     if (text == "overview") return Route::overview();
+    // The largest category, and the largest rule in it.
+    const auto groups = visibleGroups(sample.results);
+    const auto biggest = std::ranges::max_element(groups, {}, SunburstPalette::groupTotal);
+    if (text == "category:biggest" && biggest != groups.end()) return Route::category(biggest->category);
+    if (text == "rule:biggest" && biggest != groups.end()) return Route::rule(biggest->results.front()->id());
     if (text.starts_with("category:")) {
         if (const auto c = categoryFromRaw(text.substr(9))) return Route::category(*c);
         return std::nullopt;
@@ -74,7 +80,7 @@ int main(int argc, char** argv) {
         else if (arg == "--select") selectSome(sample);
         else if (arg == "--busy") sample.isBusy = true;
         else if (arg == "--route" && hasValue) {
-            const auto route = parseRoute(argv[++i]);
+            const auto route = parseRoute(argv[++i], sample);
             if (!route) {
                 std::fprintf(stderr, "unknown route %s\n", argv[i]);
                 return 2;
