@@ -13,6 +13,8 @@ namespace lumabroom::SunburstPainter {
 namespace {
 
 constexpr double notchWidth = 2;
+// Points of arc at the outer edge below which a shape counts as a thin spike.
+constexpr double thinShape = 12;
 // The glow is soft, so it is drawn at a quarter of the resolution and scaled up: sixteen times fewer
 // pixels to blur.
 constexpr double glowScale = 0.25;
@@ -94,20 +96,39 @@ void paint(QPainter& painter, QPointF centre, std::span<const DrawnSegment> shap
     painter.save();
     painter.setRenderHint(QPainter::Antialiasing);
     painter.setPen(Qt::NoPen);
-    const QColor notchColor = SunburstDraw::notchColor(light);
+    // A fading shape takes its alpha in its colours: the same as the painter's opacity for one fill,
+    // and several times faster in the raster engine.
+    const auto faded = [](QColor color, double alpha) {
+        color.setAlphaF(float(color.alphaF() * alpha));
+        return color;
+    };
     for (const DrawnSegment& shape : shapes) {
         const QPainterPath path = sectorPath(centre, shape.innerRadius, shape.outerRadius, shape.start, shape.end);
         if (shape.emphasised) paintGlow(painter, path, shape.color);
-        painter.setOpacity(shape.alpha);
-        painter.fillPath(path, shape.color);
+        const QColor color = faded(shape.color, shape.alpha);
+        if ((shape.end - shape.start) * shape.outerRadius < thinShape) {
+            // Antialiased filling costs per scanline and edge, which long thin spikes have most of:
+            // a hard-edged fill under a one-pixel antialiased outline looks the same for a third of the
+            // time. A spike that fades in or out moves too fast for its edges to show, and blending a
+            // translucent outline costs more than the fill, so it goes without.
+            painter.setRenderHint(QPainter::Antialiasing, false);
+            painter.fillPath(path, color);
+            painter.setRenderHint(QPainter::Antialiasing);
+            if (shape.alpha >= 1) {
+                QPen outline(color, 0);
+                outline.setCosmetic(true);
+                painter.strokePath(path, outline);
+            }
+        } else {
+            painter.fillPath(path, color);
+        }
         if (!shape.notchRadii.empty()) {
             // Thin ring sectors rather than strokes: the same pixels without the stroker.
             QPainterPath notches;
             for (double r : shape.notchRadii)
                 notches.addPath(sectorPath(centre, r - notchWidth / 2, r + notchWidth / 2, shape.start, shape.end));
-            painter.fillPath(notches, notchColor);
+            painter.fillPath(notches, faded(SunburstDraw::notchColor(light), shape.alpha));
         }
-        painter.setOpacity(1);
     }
     painter.restore();
 }

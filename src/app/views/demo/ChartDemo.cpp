@@ -78,6 +78,7 @@ int main(int argc, char** argv) {
         if (arg == "--light") light = true;
         else if (arg == "--colour-blind") palette = ChartPalette::colorBlindSafe;
         else if (arg == "--select") selectSome(sample);
+        else if (arg == "--worst") sample = ChartSample::worst();
         else if (arg == "--busy") sample.isBusy = true;
         else if (arg == "--route" && hasValue) {
             const auto route = parseRoute(argv[++i], sample);
