@@ -9,6 +9,7 @@
 #include <QKeyEvent>
 #include <QLinearGradient>
 #include <QMouseEvent>
+#include <QPaintEngine>
 #include <QPainter>
 
 #include <algorithm>
@@ -85,10 +86,11 @@ void SunburstWidget::refresh() {
     if (shownRoute && *shownRoute != now.route) {
         // The list of the route left, from the data as it is now.
         morphFrom = Sunburst::segments(now, *shownRoute);
-        hoverID.reset();
         spring.animate(0, 1);
     }
     shownRoute = now.route;
+    // The pointer has not moved, but what lies under it may have.
+    if (hoverID) hover(hoverLocation, Sunburst::segments(now));
     update();
 }
 
@@ -176,7 +178,24 @@ void SunburstWidget::paintEvent(QPaintEvent*) {
                                       .palette = now.palette},
                                      radius);
     QPainter painter(this);
-    SunburstPainter::paint(painter, QRectF(rect()).center(), shapes, light);
+    const QPointF centre = QRectF(rect()).center();
+    if (progress < 1 && !morphFrom.empty()) {
+        SunburstPainter::paint(painter, centre, shapes, light);
+    } else {
+        // The target's own ratio: the screen's backing store, or the image of a render() call.
+        const qreal ratio = painter.paintEngine()->paintDevice()->devicePixelRatioF();
+        if (settled.image.isNull() || settled.shapes != shapes || settled.size != size() || settled.ratio != ratio ||
+            settled.light != light) {
+            QImage image(size() * ratio, QImage::Format_ARGB32_Premultiplied);
+            image.setDevicePixelRatio(ratio);
+            image.fill(Qt::transparent);
+            QPainter layer(&image);
+            SunburstPainter::paint(layer, centre, shapes, light);
+            layer.end();
+            settled = {shapes, size(), ratio, light, std::move(image)};
+        }
+        painter.drawImage(QPointF(0, 0), settled.image);
+    }
     paintCenterLabel(painter, now);
     if (hoverID) {
         if (const auto it = std::ranges::find(list, *hoverID, &Segment::id); it != list.end()) paintTooltip(painter, *it);

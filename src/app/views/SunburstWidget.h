@@ -1,10 +1,12 @@
 #pragma once
 
 #include "ChartInput.h"
+#include "Morph.h"
 #include "Segment.h"
 #include "Spring.h"
 #include "Sunburst.h"
 
+#include <QImage>
 #include <QWidget>
 
 #include <functional>
@@ -65,6 +67,17 @@ private:
     std::optional<std::string> hoverID;
     QPointF hoverLocation;
     std::optional<bool> forcedLight;
+
+    // The picture of the last settled frame, reused while its shapes stay the same: the tooltip
+    // follows the pointer on every move, and the chart under it rarely changes.
+    struct SettledLayer {
+        std::vector<DrawnSegment> shapes;
+        QSize size;
+        qreal ratio = 0;
+        bool light = false;
+        QImage image;
+    };
+    SettledLayer settled;
 };
 
 } // namespace lumabroom

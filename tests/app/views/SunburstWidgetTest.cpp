@@ -121,6 +121,36 @@ TEST_F(SunburstWidgetTest, RouteChangeRestartsTheMorphAndDataChangeDoesNot) {
     EXPECT_EQ(widget.morphProgress(), 0);
 }
 
+TEST_F(SunburstWidgetTest, PictureFollowsHoverAndRouteWithoutStaleFrames) {
+    const auto picture = [this] {
+        QImage image(widget.size(), QImage::Format_ARGB32_Premultiplied);
+        image.fill(Qt::black);
+        widget.render(&image);
+        return image;
+    };
+    const QImage plain = picture();
+    EXPECT_EQ(picture(), plain);
+    send(QEvent::MouseMove, at(0.4, top + 0.1));
+    const QImage hovered = picture();
+    EXPECT_NE(hovered, plain);
+    send(QEvent::MouseMove, at(0.4, top + 0.2)); // the same segment: only the tooltip moves
+    EXPECT_NE(picture(), hovered);
+    QEvent leave(QEvent::Leave);
+    QApplication::sendEvent(&widget, &leave);
+    EXPECT_EQ(picture(), plain);
+    results[0].entries[0].size = 900;
+    widget.refresh();
+    EXPECT_NE(picture(), plain);
+}
+
+TEST_F(SunburstWidgetTest, HoverIsTakenAgainAfterTheRouteChanges) {
+    send(QEvent::MouseMove, at(0.25, top + 0.1));
+    EXPECT_EQ(widget.hoveredID(), "cat:xcode");
+    route = Route::category(Category::xcode);
+    widget.refresh();
+    EXPECT_EQ(widget.hoveredID(), "a"); // the category's rule ring starts at 0.2
+}
+
 TEST_F(SunburstWidgetTest, IsReachableWithoutAPointer) {
     EXPECT_EQ(widget.accessibleName().toStdString(), "磁盘占用图");
     EXPECT_EQ(widget.accessibleDescription().toStdString(), "点击扇区深入");
