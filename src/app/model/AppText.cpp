@@ -7,7 +7,7 @@ namespace lumabroom::AppText {
 namespace {
 void registerTable() {
     static const bool once = [] {
-        Localization::addTableContext(kTableContext);
+        for (std::string_view context : kTableContexts) Localization::addTableContext(context);
         return true;
     }();
     (void)once;

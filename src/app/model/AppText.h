@@ -1,5 +1,6 @@
 #pragma once
 
+#include <array>
 #include <cstdint>
 #include <string>
 #include <string_view>
@@ -9,7 +10,8 @@
 // searched after the core's.
 namespace lumabroom::AppText {
 
-inline constexpr std::string_view kTableContext = "AppModel";
+// The contexts of the application's table, one per layer that shows texts.
+inline constexpr std::array<std::string_view, 5> kTableContexts{"AppModel", "Chart", "Window", "Style", "Updater"};
 
 std::string text(std::string_view key);
 std::string formatted(std::string_view key, const std::vector<std::string>& values);
