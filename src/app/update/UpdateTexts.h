@@ -1,0 +1,23 @@
+#pragma once
+
+#include <array>
+#include <string_view>
+
+namespace lumabroom::UpdateTexts {
+
+// The sentences of the updater, as keys of the language tables (context "Updater").
+inline constexpr std::string_view upToDate = "当前版本 %1 已是最新。";
+inline constexpr std::string_view invalidFeedAddress = "更新地址无效。";
+inline constexpr std::string_view unreachable = "无法连接更新服务器。";
+inline constexpr std::string_view httpError = "更新服务器返回了错误 %1。";
+inline constexpr std::string_view tooManyRedirects = "更新服务器的重定向过多,已停止。";
+inline constexpr std::string_view timedOut = "更新服务器没有响应,已超时。";
+inline constexpr std::string_view malformedFeed = "更新信息格式有误,无法读取。";
+inline constexpr std::string_view wrongLength = "下载的文件大小不符,已删除。";
+inline constexpr std::string_view badSignature = "下载的文件签名无效,已删除。";
+inline constexpr std::string_view notSaved = "无法保存下载的文件。";
+
+inline constexpr std::array all{upToDate,  invalidFeedAddress, unreachable, httpError,    tooManyRedirects,
+                                timedOut,  malformedFeed,      wrongLength, badSignature, notSaved};
+
+} // namespace lumabroom::UpdateTexts
