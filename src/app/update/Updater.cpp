@@ -112,7 +112,8 @@ QNetworkReply* Updater::get(const QUrl& url) {
     request.setHeader(QNetworkRequest::UserAgentHeader, QStringLiteral("Lumabroom/%1").arg(options_.currentVersion));
     abort_ = Abort::none;
     reply_ = network_->get(request);
-    connect(reply_, &QNetworkReply::downloadProgress, stallTimer_, qOverload<>(&QTimer::start));
+    // Progress signals are throttled; data is not.
+    connect(reply_, &QNetworkReply::readyRead, stallTimer_, qOverload<>(&QTimer::start));
     connect(reply_, &QNetworkReply::metaDataChanged, stallTimer_, qOverload<>(&QTimer::start));
     stallTimer_->start();
     return reply_;
