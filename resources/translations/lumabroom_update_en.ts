@@ -43,5 +43,33 @@
         <source>无法保存下载的文件。</source>
         <translation>The downloaded file could not be saved.</translation>
     </message>
+    <message>
+        <source>软件更新</source>
+        <translation>Software Update</translation>
+    </message>
+    <message>
+        <source>新版本 %1 可用</source>
+        <translation>Version %1 is available</translation>
+    </message>
+    <message>
+        <source>你现在使用的是 %1。</source>
+        <translation>You have version %1.</translation>
+    </message>
+    <message>
+        <source>更新说明</source>
+        <translation>Release notes</translation>
+    </message>
+    <message>
+        <source>下载</source>
+        <translation>Download</translation>
+    </message>
+    <message>
+        <source>以后再说</source>
+        <translation>Not Now</translation>
+    </message>
+    <message>
+        <source>正在下载…</source>
+        <translation>Downloading…</translation>
+    </message>
 </context>
 </TS>

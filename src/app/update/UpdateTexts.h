@@ -17,7 +17,18 @@ inline constexpr std::string_view wrongLength = "下载的文件大小不符,已
 inline constexpr std::string_view badSignature = "下载的文件签名无效,已删除。";
 inline constexpr std::string_view notSaved = "无法保存下载的文件。";
 
-inline constexpr std::array all{upToDate,  invalidFeedAddress, unreachable, httpError,    tooManyRedirects,
-                                timedOut,  malformedFeed,      wrongLength, badSignature, notSaved};
+// The dialog that offers a release.
+inline constexpr std::string_view dialogTitle = "软件更新";
+inline constexpr std::string_view available = "新版本 %1 可用";
+inline constexpr std::string_view runningVersion = "你现在使用的是 %1。";
+inline constexpr std::string_view releaseNotes = "更新说明";
+inline constexpr std::string_view downloadButton = "下载";
+inline constexpr std::string_view laterButton = "以后再说";
+inline constexpr std::string_view downloading = "正在下载…";
+
+inline constexpr std::array all{upToDate,      invalidFeedAddress, unreachable,    httpError,    tooManyRedirects,
+                                timedOut,      malformedFeed,      wrongLength,    badSignature, notSaved,
+                                dialogTitle,   available,          runningVersion, releaseNotes, downloadButton,
+                                laterButton,   downloading};
 
 } // namespace lumabroom::UpdateTexts

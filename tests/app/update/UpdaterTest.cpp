@@ -1,4 +1,4 @@
-#include "TestServer.h"
+#include "UpdateTestSupport.h"
 
 #include "host/Locale.h"
 #include "host/Settings.h"
@@ -20,35 +20,12 @@
 #include <QTimer>
 
 #include <gtest/gtest.h>
-#include <sodium.h>
 
 using namespace lumabroom;
 using namespace lumabroom::test;
 using Behaviour = TestServer::Behaviour;
 
 namespace {
-
-struct KeyPair {
-    QByteArray publicKey; // base64
-    QByteArray secretKey; // raw
-};
-
-KeyPair makeKeys() {
-    EXPECT_GE(sodium_init(), 0);
-    unsigned char pk[crypto_sign_PUBLICKEYBYTES];
-    unsigned char sk[crypto_sign_SECRETKEYBYTES];
-    crypto_sign_keypair(pk, sk);
-    return {QByteArray(reinterpret_cast<const char*>(pk), sizeof pk).toBase64(),
-            QByteArray(reinterpret_cast<const char*>(sk), sizeof sk)};
-}
-
-QByteArray signature(const QByteArray& content, const QByteArray& secretKey) {
-    unsigned char sig[crypto_sign_BYTES];
-    crypto_sign_detached(sig, nullptr, reinterpret_cast<const unsigned char*>(content.constData()),
-                         static_cast<unsigned long long>(content.size()),
-                         reinterpret_cast<const unsigned char*>(secretKey.constData()));
-    return QByteArray(reinterpret_cast<const char*>(sig), sizeof sig).toBase64();
-}
 
 QString chinese(std::string_view key) { return QString::fromUtf8(key.data(), static_cast<qsizetype>(key.size())); }
 

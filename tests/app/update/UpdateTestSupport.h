@@ -18,6 +18,15 @@ namespace lumabroom::test {
 // A QCoreApplication for the process, made once, for tests that need an event loop.
 void ensureApplication();
 
+// An Ed25519 key pair of the test's own.
+struct KeyPair {
+    QByteArray publicKey; // base64
+    QByteArray secretKey; // raw
+};
+KeyPair makeKeys();
+// The detached signature of `content`, base64.
+QByteArray signature(const QByteArray& content, const QByteArray& secretKey);
+
 // A tiny HTTP/1.1 server on 127.0.0.1 that answers each path with a canned response and closes
 // the connection. Paths it doesn't know answer 404.
 class TestServer {

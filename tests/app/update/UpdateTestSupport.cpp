@@ -1,7 +1,9 @@
-#include "TestServer.h"
+#include "UpdateTestSupport.h"
 
 #include <QCoreApplication>
 #include <QTcpSocket>
+
+#include <sodium.h>
 
 #include <memory>
 
@@ -13,6 +15,23 @@ void ensureApplication() {
     static char name[] = "update_tests";
     static char* argv[] = {name, nullptr};
     static const auto application = std::make_unique<QCoreApplication>(argc, argv);
+}
+
+KeyPair makeKeys() {
+    if (sodium_init() < 0) return {};
+    unsigned char publicKey[crypto_sign_PUBLICKEYBYTES];
+    unsigned char secretKey[crypto_sign_SECRETKEYBYTES];
+    crypto_sign_keypair(publicKey, secretKey);
+    return {QByteArray(reinterpret_cast<const char*>(publicKey), sizeof publicKey).toBase64(),
+            QByteArray(reinterpret_cast<const char*>(secretKey), sizeof secretKey)};
+}
+
+QByteArray signature(const QByteArray& content, const QByteArray& secretKey) {
+    unsigned char signed_[crypto_sign_BYTES];
+    crypto_sign_detached(signed_, nullptr, reinterpret_cast<const unsigned char*>(content.constData()),
+                         static_cast<unsigned long long>(content.size()),
+                         reinterpret_cast<const unsigned char*>(secretKey.constData()));
+    return QByteArray(reinterpret_cast<const char*>(signed_), sizeof signed_).toBase64();
 }
 
 TestServer::TestServer() {
