@@ -36,15 +36,24 @@ QPushButton* button(const QDialog& dialog, const QString& text) {
     return nullptr;
 }
 
+// A QApplication for the whole run, ended before the process exits rather than among static destructors.
+class WidgetsApplication : public ::testing::Environment {
+public:
+    void SetUp() override { application_ = std::make_unique<QApplication>(argc_, argv_); }
+    void TearDown() override { application_.reset(); }
+
+private:
+    int argc_ = 1;
+    char name_[20] = "update_dialog_tests";
+    char* argv_[2] = {name_, nullptr};
+    std::unique_ptr<QApplication> application_;
+};
+// gtest owns the environment.
+[[maybe_unused]] ::testing::Environment* const widgetsApplication = ::testing::AddGlobalTestEnvironment(new WidgetsApplication);
+
 class UpdateDialogTest : public ::testing::Test {
 protected:
     static void SetUpTestSuite() {
-        if (!QCoreApplication::instance()) {
-            static int argc = 1;
-            static char name[] = "update_dialog_tests";
-            static char* argv[] = {name, nullptr};
-            static const auto application = std::make_unique<QApplication>(argc, argv);
-        }
         QNetworkProxy::setApplicationProxy(QNetworkProxy::NoProxy);
         Localization::setLanguageForThisRun(AppLanguage::chinese);
     }
