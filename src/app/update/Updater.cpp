@@ -59,10 +59,12 @@ Updater::Updater(QObject* parent) : Updater(Options{}, parent) {}
 
 Updater::Updater(Options options, QObject* parent)
     : QObject(parent), options_(completed(std::move(options))), network_(std::make_unique<QNetworkAccessManager>()),
-      stallTimer_(new QTimer(this)) {
-    stallTimer_->setSingleShot(true);
-    stallTimer_->setInterval(options_.stallTimeout);
-    connect(stallTimer_, &QTimer::timeout, this, [this] { abort(Abort::stalled); });
+      stallTimer_(new QTimer(this)), checkTimer_(new QTimer(this)) {
+    for (auto [timer, interval] : {std::pair{stallTimer_, options_.stallTimeout}, std::pair{checkTimer_, options_.checkTimeout}}) {
+        timer->setSingleShot(true);
+        timer->setInterval(interval);
+        connect(timer, &QTimer::timeout, this, [this] { abort(Abort::stalled); });
+    }
 }
 
 Updater::~Updater() {
@@ -153,6 +155,7 @@ void Updater::check(bool userAsked) {
     }
     setCanCheck(false);
     feed_.clear();
+    checkTimer_->start();
     QNetworkReply* reply = get(url);
     connect(reply, &QNetworkReply::readyRead, this, [this, reply] {
         feed_ += reply->readAll();
@@ -163,6 +166,7 @@ void Updater::check(bool userAsked) {
 
 void Updater::finishCheck(bool userAsked) {
     stallTimer_->stop();
+    checkTimer_->stop();
     QNetworkReply* reply = reply_;
     reply_.clear();
     reply->deleteLater();

@@ -33,6 +33,7 @@ public:
         QByteArray publicKey;      // Ed25519, base64; the build's when empty
         QString downloadFolder;    // the user's Downloads (or the cache folder) when empty
         std::chrono::milliseconds stallTimeout{20'000}; // no byte for this long ends a transfer
+        std::chrono::milliseconds checkTimeout{60'000}; // a check takes no longer, however the feed trickles in
         int redirectLimit = 5;
         qint64 feedSizeLimit = 4 * 1024 * 1024;
     };
@@ -90,6 +91,7 @@ private:
     std::unique_ptr<QNetworkAccessManager> network_;
     QPointer<QNetworkReply> reply_;
     QTimer* stallTimer_ = nullptr;
+    QTimer* checkTimer_ = nullptr;
     std::unique_ptr<QTemporaryFile> partial_;
     QByteArray feed_;
     qint64 received_ = 0;

@@ -182,6 +182,17 @@ TEST_F(UpdaterTest, AUserAskedCheckSaysWhyNothingIsOffered) {
     }
 }
 
+TEST_F(UpdaterTest, ACheckEndsInTimeEvenWhenTheServerKeepsTheConnectionBusy) {
+    server.serve(QStringLiteral("/appcast.xml"), {200, feedOf({}), {}, Behaviour::stall, 10});
+    Updater::Options slow = options();
+    slow.stallTimeout = std::chrono::milliseconds(60'000);
+    slow.checkTimeout = std::chrono::milliseconds(200);
+    Updater updater(slow);
+    updater.start();
+    const Heard heard = listen(updater, [&] { updater.checkForUpdates(); });
+    EXPECT_EQ(heard.text, chinese(UpdateTexts::timedOut));
+}
+
 TEST_F(UpdaterTest, FiveRedirectsAreFollowedAndNoMore) {
     for (int hop = 0; hop < 9; ++hop) {
         server.serve(QStringLiteral("/hop%1.xml").arg(hop),
