@@ -9,7 +9,7 @@ foreach(size 16 32 128 256 512)
 endforeach()
 add_custom_command(OUTPUT ${icns}
     COMMAND ${CMAKE_COMMAND} -E make_directory ${iconset}
-    COMMAND lumabroom-render-icon ${icon_svg} ${iconset_args}
+    COMMAND ${LUMABROOM_RUN_RENDER_ICON} ${icon_svg} ${iconset_args}
     COMMAND iconutil -c icns -o ${icns} ${iconset}
     DEPENDS lumabroom-render-icon ${icon_svg}
     VERBATIM)
