@@ -1,6 +1,7 @@
 # Install rules. Everything installed is self-contained: no installed file points back into the build folder.
 # The window's files (desktop entry, metainfo, icons, its man page) come with the target lumabroom only,
-# so that a build without it installs no menu entry that cannot start.
+# so that a build without it installs no menu entry that cannot start. On macOS the window is a bundle
+# that carries its own icon, and the freedesktop files are left out.
 include(GNUInstallDirs)
 
 set(LUMABROOM_APP_ID app.lumabroom.Lumabroom)
@@ -43,38 +44,39 @@ if(TARGET lumabroom)
     find_package(Qt6 6.2 REQUIRED COMPONENTS Gui Svg)
     add_executable(lumabroom-render-icon ${lumabroom_packaging}/tools/RenderIcon.cpp)
     target_link_libraries(lumabroom-render-icon PRIVATE Qt6::Gui Qt6::Svg lumabroom_warnings)
-
     set(icon_svg ${lumabroom_packaging}/lumabroom.svg)
-    set(render_args)
-    set(icon_pngs)
-    foreach(size IN LISTS LUMABROOM_ICON_SIZES)
-        set(png ${lumabroom_generated}/icons/${size}x${size}/apps/${LUMABROOM_APP_ID}.png)
-        list(APPEND render_args ${size} ${png})
-        list(APPEND icon_pngs ${png})
-        install(FILES ${png} DESTINATION ${CMAKE_INSTALL_DATADIR}/icons/hicolor/${size}x${size}/apps)
-    endforeach()
-    list(TRANSFORM icon_pngs REPLACE "/[^/]+$" "" OUTPUT_VARIABLE icon_dirs)
     # Under the sanitizer presets the tool is instrumented too; a leak inside Qt must not fail the build.
     set(LUMABROOM_RUN_RENDER_ICON ${CMAKE_COMMAND} -E env ASAN_OPTIONS=detect_leaks=0 $<TARGET_FILE:lumabroom-render-icon>)
-    add_custom_command(OUTPUT ${icon_pngs}
-        COMMAND ${CMAKE_COMMAND} -E make_directory ${icon_dirs}
-        COMMAND ${LUMABROOM_RUN_RENDER_ICON} ${icon_svg} ${render_args}
-        DEPENDS lumabroom-render-icon ${icon_svg}
-        VERBATIM)
-    list(APPEND lumabroom_generated_files ${icon_pngs})
 
     install(TARGETS lumabroom
         RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR}
         BUNDLE DESTINATION .)
-    install(FILES ${icon_svg} DESTINATION ${CMAKE_INSTALL_DATADIR}/icons/hicolor/scalable/apps
-        RENAME ${LUMABROOM_APP_ID}.svg)
-    install(FILES ${lumabroom_packaging}/${LUMABROOM_APP_ID}.desktop DESTINATION ${CMAKE_INSTALL_DATADIR}/applications)
-    install(FILES ${lumabroom_generated}/${LUMABROOM_APP_ID}.metainfo.xml DESTINATION ${CMAKE_INSTALL_DATADIR}/metainfo)
     lumabroom_generated_file(lumabroom.1 man_app)
     install(FILES ${man_app} DESTINATION ${CMAKE_INSTALL_MANDIR}/man1)
 
     if(APPLE)
         include(${CMAKE_CURRENT_LIST_DIR}/MacBundle.cmake)
+    else()
+        set(render_args)
+        set(icon_pngs)
+        foreach(size IN LISTS LUMABROOM_ICON_SIZES)
+            set(png ${lumabroom_generated}/icons/${size}x${size}/apps/${LUMABROOM_APP_ID}.png)
+            list(APPEND render_args ${size} ${png})
+            list(APPEND icon_pngs ${png})
+            install(FILES ${png} DESTINATION ${CMAKE_INSTALL_DATADIR}/icons/hicolor/${size}x${size}/apps)
+        endforeach()
+        list(TRANSFORM icon_pngs REPLACE "/[^/]+$" "" OUTPUT_VARIABLE icon_dirs)
+        add_custom_command(OUTPUT ${icon_pngs}
+            COMMAND ${CMAKE_COMMAND} -E make_directory ${icon_dirs}
+            COMMAND ${LUMABROOM_RUN_RENDER_ICON} ${icon_svg} ${render_args}
+            DEPENDS lumabroom-render-icon ${icon_svg}
+            VERBATIM)
+        list(APPEND lumabroom_generated_files ${icon_pngs})
+
+        install(FILES ${icon_svg} DESTINATION ${CMAKE_INSTALL_DATADIR}/icons/hicolor/scalable/apps
+            RENAME ${LUMABROOM_APP_ID}.svg)
+        install(FILES ${lumabroom_packaging}/${LUMABROOM_APP_ID}.desktop DESTINATION ${CMAKE_INSTALL_DATADIR}/applications)
+        install(FILES ${lumabroom_generated}/${LUMABROOM_APP_ID}.metainfo.xml DESTINATION ${CMAKE_INSTALL_DATADIR}/metainfo)
     endif()
 endif()
 

@@ -25,11 +25,11 @@ metainfo() {
 # Installs into a fresh prefix and compares the file list with the expected one, exactly; then
 # checks that nothing installed names the build folder (no RPATH, no path to a resource there).
 installed_files() {
-    local build=$1 expected=$2 app=$3
+    local cmake=$1 build=$2 expected=$3 app=$4
     [[ $(uname -s) == Linux ]] || skip "the expected list is the Linux layout"
     prefix=$(mktemp -d) # not local: the trap reads it after the function returns
     trap 'rm -rf "$prefix"' EXIT
-    cmake --install "$build" --prefix "$prefix" >/dev/null
+    "$cmake" --install "$build" --prefix "$prefix" >/dev/null
     local want got
     want=$(grep -v '^#' "$expected" | while read -r when path; do
         if [[ $when == all || ( $when == app && -n $app ) ]]; then echo "$path"; fi
