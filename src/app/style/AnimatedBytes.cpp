@@ -67,9 +67,12 @@ void AnimatedBytes::setBytes(std::int64_t bytes) {
     bytes_ = bytes;
     setAccessibleName(text());
     updateGeometry();
-    progress_ = 0;
     animation_->stop();
-    animation_->start();
+    // A figure that nobody has seen yet has nothing to roll from.
+    progress_ = isVisible() ? 0 : 1;
+    if (isVisible()) {
+        animation_->start();
+    }
     update();
 }
 
@@ -136,12 +139,12 @@ void AnimatedBytes::paintEvent(QPaintEvent*) {
     painter.setRenderHint(QPainter::Antialiasing);
     painter.setClipRect(rect());
     const Theme& theme = Theme::of(*this);
+    const QFontMetricsF metrics(font());
     if (gradient_) {
-        painter.setBrush(theme.accentGradient(QRectF(rect())));
+        painter.setBrush(theme.accentGradient(QRectF(0, 0, cellEdges(text(), metrics).back(), height())));
     } else {
         painter.setBrush(theme.primary);
     }
-    const QFontMetricsF metrics(font());
     const double top = (height() - metrics.height()) / 2;
     paintText(painter, QPointF(0, top + metrics.ascent()), font(), from_, text(), progress_);
 }

@@ -57,6 +57,8 @@ private:
 };
 
 // The appearance that the window follows: the stored mode and, for `system`, the system's scheme.
+// The palette fallback reads the application's palette, so the window sets its scheme's palette
+// (`Theme::palette()`) on its own widgets, never on the application.
 class AppearanceController : public QObject {
     Q_OBJECT
 public:

@@ -32,8 +32,7 @@ QSize FigureLabel::sizeHint() const {
 void FigureLabel::paintEvent(QPaintEvent*) {
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
-    const Theme& theme = Theme::of(*this);
-    painter.setBrush(tone_ == Tone::primary ? theme.primary : tone_ == Tone::secondary ? theme.secondary : theme.tertiary);
+    painter.setBrush(toneColor(tone_, Theme::of(*this)));
     const QFontMetricsF metrics(font());
     AnimatedBytes::paintText(painter, QPointF(0, (height() - metrics.height()) / 2 + metrics.ascent()), font(), {},
                              text_, 1);

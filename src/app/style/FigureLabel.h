@@ -1,5 +1,6 @@
 #pragma once
 
+#include "SymbolView.h"
 #include "Theme.h"
 
 #include <QWidget>
@@ -11,7 +12,7 @@ class FigureLabel : public QWidget {
     Q_OBJECT
 
 public:
-    enum class Tone { primary, secondary, tertiary };
+    using Tone = SymbolView::Tone;
 
     FigureLabel(TextSize, Tone, QWidget* parent = nullptr);
 

@@ -8,14 +8,17 @@ namespace lumabroom::Portal {
 std::optional<bool> prefersDark(const QVariant& colorScheme) {
     QVariant value = colorScheme;
     // A broken reply could nest without end; a handful of levels is all the portal ever sends.
-    for (int depth = 0; depth < 4 && value.canConvert<QDBusVariant>() && value.userType() == qMetaTypeId<QDBusVariant>();
-         ++depth) {
-        value = value.value<QDBusVariant>().variant();
-    }
-    if (value.userType() == qMetaTypeId<QDBusArgument>()) {
-        QDBusVariant inner;
-        value.value<QDBusArgument>() >> inner;
-        value = inner.variant();
+    for (int depth = 0; depth < 4; ++depth) {
+        if (value.userType() == qMetaTypeId<QDBusVariant>()) {
+            value = value.value<QDBusVariant>().variant();
+        } else if (value.userType() == qMetaTypeId<QDBusArgument>()) {
+            // An inner variant that arrived undemarshalled.
+            QDBusVariant inner;
+            value.value<QDBusArgument>() >> inner;
+            value = inner.variant();
+        } else {
+            break;
+        }
     }
     if (value.userType() != QMetaType::UInt && value.userType() != QMetaType::Int) {
         return std::nullopt;

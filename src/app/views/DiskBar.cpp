@@ -2,13 +2,12 @@
 
 #include "FigureLabel.h"
 #include "StyleText.h"
-#include "Symbols.h"
+#include "SymbolView.h"
 #include "text/Formatting.h"
 
 #include <QEnterEvent>
 #include <QEvent>
 #include <QHBoxLayout>
-#include <QLabel>
 #include <QPainter>
 #include <QPainterPath>
 #include <QScreen>
@@ -21,15 +20,8 @@ namespace {
 QString bytes(std::int64_t count) { return QString::fromStdString(Formatting::bytes(count)); }
 std::string bytesText(std::int64_t count) { return Formatting::bytes(count); }
 
-QLabel* symbolLabel(QWidget* parent) {
-    auto* label = new QLabel(parent);
-    label->setAttribute(Qt::WA_TransparentForMouseEvents);
-    return label;
-}
-
-void showSymbol(QLabel& label, const char* symbol) {
-    const int side = QFontMetrics(textFont(TextSize::caption)).height();
-    label.setPixmap(Symbols::icon(symbol, Theme::of(label).secondary).pixmap(side, side));
+SymbolView* driveSymbol(QWidget* parent) {
+    return new SymbolView("internaldrive", TextSize::caption, SymbolView::Tone::secondary, parent);
 }
 
 // A legend's swatch: a small capsule in its segment's fill.
@@ -107,7 +99,7 @@ void DiskSegmentedBar::paintEvent(QPaintEvent*) {
 
 DiskBar::DiskBar(QWidget* parent)
     : QWidget(parent),
-      icon_(symbolLabel(this)),
+      icon_(driveSymbol(this)),
       volume_(new FigureLabel(TextSize::subheadline, FigureLabel::Tone::primary, this)),
       remaining_(new FigureLabel(TextSize::subheadline, FigureLabel::Tone::secondary, this)),
       bar_(new DiskSegmentedBar(8, this)),
@@ -153,7 +145,6 @@ void DiskBar::setValues(const DiskSpace& disk, std::int64_t cleanable, std::int6
 void DiskBar::refresh() {
     const DiskBreakdown breakdown = findings_.breakdown();
     const DiskSpace& disk = findings_.disk;
-    showSymbol(*icon_, "internaldrive");
     volume_->setText(QString::fromStdString(disk.volumeName));
     remaining_->setText(StyleText::formatted("剩余 %1 / %2", {bytesText(disk.available), bytesText(disk.total)}));
     const QString tip = StyleText::text("「剩余」与访达一致,含系统的可清除空间");
@@ -169,7 +160,7 @@ void DiskBar::refresh() {
 }
 
 void DiskBar::changeEvent(QEvent* event) {
-    if (event->type() == QEvent::LanguageChange || event->type() == QEvent::PaletteChange) {
+    if (event->type() == QEvent::LanguageChange) {
         refresh();
     }
     QWidget::changeEvent(event);
@@ -177,7 +168,7 @@ void DiskBar::changeEvent(QEvent* event) {
 
 DiskStatusSegment::DiskStatusSegment(QWidget* parent)
     : QWidget(parent),
-      icon_(symbolLabel(this)),
+      icon_(driveSymbol(this)),
       volume_(new FigureLabel(TextSize::callout, FigureLabel::Tone::primary, this)),
       bar_(new DiskSegmentedBar(6, this)),
       remaining_(new FigureLabel(TextSize::callout, FigureLabel::Tone::secondary, this)),
@@ -185,6 +176,7 @@ DiskStatusSegment::DiskStatusSegment(QWidget* parent)
       full_(new DiskBar(popup_)) {
     volume_->setFont(textFont(TextSize::callout, QFont::Medium));
     bar_->setFixedWidth(150);
+    setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
     auto* row = new QHBoxLayout(this);
     row->setContentsMargins(0, 0, 0, 0);
     row->setSpacing(8);
@@ -210,7 +202,6 @@ bool DiskStatusSegment::isPopupShown() const { return popup_->isVisible(); }
 
 void DiskStatusSegment::refresh() {
     const DiskSpace& disk = findings_.disk;
-    showSymbol(*icon_, "internaldrive");
     volume_->setText(QString::fromStdString(disk.volumeName));
     bar_->setBreakdown(findings_.breakdown());
     remaining_->setText(StyleText::formatted("剩余 %1", {bytesText(disk.available)}));
@@ -237,7 +228,7 @@ void DiskStatusSegment::leaveEvent(QEvent* event) {
 }
 
 void DiskStatusSegment::changeEvent(QEvent* event) {
-    if (event->type() == QEvent::LanguageChange || event->type() == QEvent::PaletteChange) {
+    if (event->type() == QEvent::LanguageChange) {
         refresh();
     }
     QWidget::changeEvent(event);

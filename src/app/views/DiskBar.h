@@ -7,11 +7,10 @@
 
 #include <cstdint>
 
-class QLabel;
-
 namespace lumabroom {
 
 class FigureLabel;
+class SymbolView;
 
 // What both disk views show: the volume and the findings as the model reports them, not yet clamped.
 struct DiskFindings {
@@ -57,7 +56,7 @@ private:
     void refresh();
 
     DiskFindings findings_;
-    QLabel* icon_;
+    SymbolView* icon_;
     FigureLabel* volume_;
     FigureLabel* remaining_;
     DiskSegmentedBar* bar_;
@@ -84,7 +83,7 @@ private:
     void refresh();
 
     DiskFindings findings_;
-    QLabel* icon_;
+    SymbolView* icon_;
     FigureLabel* volume_;
     DiskSegmentedBar* bar_;
     FigureLabel* remaining_;

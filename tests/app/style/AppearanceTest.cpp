@@ -1,6 +1,7 @@
 #include "Appearance.h"
 #include "Theme.h"
 #include "host/Settings.h"
+#include "text/Localization.h"
 
 #include <QPalette>
 
@@ -62,6 +63,27 @@ TEST(Appearance, ForcedModeWinsThenTheDesktopThenThePalette) {
         SCOPED_TRACE(c.name);
         EXPECT_EQ(Appearance::isDark(c.mode, c.desktop, c.palette), c.expectDark);
     }
+}
+
+TEST(Appearance, NamesInBothLanguages) {
+    struct Case {
+        AppLanguage language;
+        std::vector<std::string> expected;
+    };
+    const Case cases[] = {
+        {AppLanguage::chinese, {"跟随系统", "深色", "浅色"}},
+        {AppLanguage::english, {"Follow System", "Dark", "Light"}},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(std::string(rawValue(c.language)));
+        Localization::setLanguageForThisRun(c.language);
+        std::vector<std::string> names;
+        for (const AppearanceMode mode : allAppearanceModes) {
+            names.push_back(Appearance::displayName(mode));
+        }
+        EXPECT_EQ(names, c.expected);
+    }
+    Localization::setLanguageForThisRun(AppLanguage::chinese);
 }
 
 TEST(AppearanceController, FreshInstallationStartsDarkAndFollowsTheMode) {

@@ -94,6 +94,16 @@ TEST(DiskBar, ShowsClampedValuesAndTheHintOnlyWithSomethingToClean) {
     }
 }
 
+TEST(DiskBar, SpeaksEnglish) {
+    Localization::setLanguageForThisRun(AppLanguage::english);
+    DiskBar bar;
+    bar.setValues(disk(10'000'000'000, 4'000'000'000), 1'000'000'000, 2'000'000'000);
+    Localization::setLanguageForThisRun(AppLanguage::chinese);
+    EXPECT_EQ(visibleTexts(bar), (std::vector<QString>{"Data", "4.00 GB free of 10.00 GB", "Cleanable 1.00 GB",
+                                                       "Needs its own action 2.00 GB",
+                                                       "Cleaning 1.00 GB leaves 5.00 GB free"}));
+}
+
 TEST(DiskStatusSegment, OpensTheFullBarWhileThePointerIsOver) {
     DiskStatusSegment segment;
     segment.setValues(disk(10'000'000'000, 4'000'000'000), 1, 2);

@@ -2,7 +2,6 @@
 #include "Portal.h"
 #include "DesktopServices.h"
 
-#include <QDBusArgument>
 #include <QDBusVariant>
 
 #include <gtest/gtest.h>
