@@ -9,6 +9,8 @@
 #include <QGuiApplication>
 #include <QPalette>
 
+#include <functional>
+
 namespace lumabroom {
 
 namespace {

@@ -99,6 +99,8 @@ TEST(DiskBar, SpeaksEnglish) {
     DiskBar bar;
     bar.setValues(disk(10'000'000'000, 4'000'000'000), 1'000'000'000, 2'000'000'000);
     Localization::setLanguageForThisRun(AppLanguage::chinese);
+    EXPECT_EQ(bar.findChildren<FigureLabel*>().at(1)->toolTip(),
+              "“Free” matches the file manager and includes space the system can purge");
     EXPECT_EQ(visibleTexts(bar), (std::vector<QString>{"Data", "4.00 GB free of 10.00 GB", "Cleanable 1.00 GB",
                                                        "Needs its own action 2.00 GB",
                                                        "Cleaning 1.00 GB leaves 5.00 GB free"}));
