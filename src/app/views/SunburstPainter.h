@@ -2,8 +2,8 @@
 
 #include "Morph.h"
 
-#include <QPainterPath>
 #include <QPointF>
+#include <QPolygonF>
 
 #include <span>
 
@@ -15,8 +15,9 @@ namespace lumabroom::SunburstPainter {
 constexpr double glowRadius = 8;
 constexpr double glowOpacity = 0.5;
 
-// The ring sector between two radii from `start` to `end` radians, clockwise on screen.
-QPainterPath sectorPath(QPointF centre, double innerRadius, double outerRadius, double start, double end);
+// The ring sector between two radii from `start` to `end` radians, clockwise on screen, as a polygon
+// whose chords stray at most a tenth of a device pixel from the arcs at `scale` device pixels per point.
+QPolygonF sectorPolygon(QPointF centre, double innerRadius, double outerRadius, double start, double end, double scale);
 
 // Paints a frame's shapes around `centre`, antialiased, each emphasised one over its own glow.
 void paint(QPainter&, QPointF centre, std::span<const DrawnSegment>, bool light);
