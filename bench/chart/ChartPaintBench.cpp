@@ -10,9 +10,13 @@
 
 #include <QApplication>
 #include <QImage>
+#include <QMouseEvent>
 #include <QPainter>
 
 #include <benchmark/benchmark.h>
+
+#include <algorithm>
+#include <cmath>
 
 namespace {
 
@@ -39,6 +43,12 @@ void paintFrame(QImage& image, const ChartSample& sample, const Route* from, dou
     image.fill(background);
     QPainter painter(&image);
     SunburstPainter::paint(painter, QRectF(QPointF(), viewSize).center(), shapes, false);
+}
+
+void show(SunburstWidget& widget, const ChartSample& sample) {
+    widget.setLight(false);
+    widget.resize(viewSize);
+    widget.setProvider([&sample] { return sample.input(); });
 }
 
 void settledOverview(benchmark::State& state) {
@@ -86,11 +96,35 @@ void morphIntoCategory(benchmark::State& state) {
 void widgetRepaint(benchmark::State& state) {
     const ChartSample sample = ChartSample::worst();
     SunburstWidget widget;
-    widget.setLight(false);
-    widget.resize(viewSize);
-    widget.setProvider([&sample] { return sample.input(); });
+    show(widget, sample);
     QImage image = canvas(double(state.range(0)));
     for (auto _ : state) {
+        image.fill(background);
+        widget.render(&image);
+    }
+}
+
+// The pointer going back and forth between the biggest category and a decoration, one repaint each:
+// what a settled frame costs as the hover changes, the picture of the last frame at hand.
+void widgetHoverChange(benchmark::State& state) {
+    const ChartSample sample = ChartSample::worst();
+    SunburstWidget widget;
+    show(widget, sample);
+    const auto list = Sunburst::segments(sample.input());
+    const auto middle = [&](std::string_view prefix) {
+        const auto it = std::ranges::find_if(list, [&](const Segment& s) { return s.id.starts_with(prefix); });
+        const double angle = (it->start + it->end) / 2;
+        const double r = Sunburst::radius(viewSize) * (it->band.inner + it->band.outer) / 2;
+        return QRectF(QPointF(), viewSize).center() + QPointF(r * std::cos(angle), r * std::sin(angle));
+    };
+    const QPointF points[2] = {middle("cat:packageManager"), middle("deco:")};
+    QImage image = canvas(double(state.range(0)));
+    widget.render(&image);
+    int turn = 0;
+    for (auto _ : state) {
+        const QPointF point = points[turn++ % 2];
+        QMouseEvent move(QEvent::MouseMove, point, point, Qt::NoButton, Qt::NoButton, Qt::NoModifier);
+        QApplication::sendEvent(&widget, &move);
         image.fill(background);
         widget.render(&image);
     }
@@ -102,6 +136,7 @@ BENCHMARK(settledOverviewHovered)->Arg(1)->Arg(2)->Unit(benchmark::kMillisecond)
 BENCHMARK(settledOverviewAllSelected)->Arg(1)->Arg(2)->Unit(benchmark::kMillisecond);
 BENCHMARK(morphIntoCategory)->Arg(1)->Arg(2)->Unit(benchmark::kMillisecond);
 BENCHMARK(widgetRepaint)->Arg(1)->Arg(2)->Unit(benchmark::kMillisecond);
+BENCHMARK(widgetHoverChange)->Arg(1)->Arg(2)->Unit(benchmark::kMillisecond);
 
 } // namespace
 

@@ -76,6 +76,13 @@ void appendArc(QPolygonF& polygon, QPointF centre, double radius, double start, 
     }
 }
 
+// A pixel beyond the polygon for the outline and the antialiasing; a glow reaches its blur's margin,
+// rounded up to whole pixels of its reduced image.
+QRectF reach(const QPolygonF& polygon, bool emphasised) {
+    const double margin = emphasised ? 3 * glowRadius + 1 / glowScale + 1 : 1;
+    return polygon.boundingRect().adjusted(-margin, -margin, margin, margin);
+}
+
 } // namespace
 
 QPolygonF sectorPolygon(QPointF centre, double innerRadius, double outerRadius, double start, double end, double scale) {
@@ -98,7 +105,24 @@ void boxBlur(QImage& image, int radius) {
     }
 }
 
-void paint(QPainter& painter, QPointF centre, std::span<const DrawnSegment> shapes, bool light) {
+QRectF bounds(QPointF centre, const DrawnSegment& shape) {
+    return reach(sectorPolygon(centre, shape.innerRadius, shape.outerRadius, shape.start, shape.end, 1),
+                 shape.emphasised);
+}
+
+std::optional<QRectF> changedArea(QPointF centre, std::span<const DrawnSegment> before,
+                                  std::span<const DrawnSegment> after) {
+    if (before.size() != after.size()) return std::nullopt;
+    QRectF area;
+    for (std::size_t i = 0; i < after.size(); ++i) {
+        if (before[i] == after[i]) continue;
+        if (before[i].id != after[i].id) return std::nullopt;
+        area |= bounds(centre, before[i]) | bounds(centre, after[i]);
+    }
+    return area;
+}
+
+void paint(QPainter& painter, QPointF centre, std::span<const DrawnSegment> shapes, bool light, const QRectF& area) {
     painter.save();
     painter.setRenderHint(QPainter::Antialiasing);
     painter.setPen(Qt::NoPen);
@@ -112,6 +136,7 @@ void paint(QPainter& painter, QPointF centre, std::span<const DrawnSegment> shap
     for (const DrawnSegment& shape : shapes) {
         const QPolygonF polygon =
             sectorPolygon(centre, shape.innerRadius, shape.outerRadius, shape.start, shape.end, scale);
+        if (area.isValid() && !area.intersects(reach(polygon, shape.emphasised))) continue;
         if (shape.emphasised) paintGlow(painter, polygon, shape.color);
         const QColor color = faded(shape.color, shape.alpha);
         painter.setBrush(color);

@@ -4,7 +4,9 @@
 
 #include <QPointF>
 #include <QPolygonF>
+#include <QRectF>
 
+#include <optional>
 #include <span>
 
 class QPainter;
@@ -19,8 +21,17 @@ constexpr double glowOpacity = 0.5;
 // whose chords stray at most a tenth of a device pixel from the arcs at `scale` device pixels per point.
 QPolygonF sectorPolygon(QPointF centre, double innerRadius, double outerRadius, double start, double end, double scale);
 
-// Paints a frame's shapes around `centre`, antialiased, each emphasised one over its own glow.
-void paint(QPainter&, QPointF centre, std::span<const DrawnSegment>, bool light);
+// Paints a frame's shapes around `centre`, antialiased, each emphasised one over its own glow. With a
+// valid `area`, the shapes that cannot touch it are left out, for a painter clipped to it.
+void paint(QPainter&, QPointF centre, std::span<const DrawnSegment>, bool light, const QRectF& area = {});
+
+// The area that a shape's paint can touch: its outline, antialiasing and glow included.
+QRectF bounds(QPointF centre, const DrawnSegment&);
+
+// Where two frames of the same shapes differ, so that only that area needs painting again; nothing
+// when they hold different shapes (another list, or a shape that came or went).
+std::optional<QRectF> changedArea(QPointF centre, std::span<const DrawnSegment> before,
+                                  std::span<const DrawnSegment> after);
 
 // Three box passes of half-width `radius` pixels on each axis, which come close to a Gaussian;
 // `image` must be premultiplied ARGB32.
