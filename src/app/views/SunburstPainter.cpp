@@ -134,13 +134,17 @@ void paint(QPainter& painter, QPointF centre, std::span<const DrawnSegment> shap
     };
     const double scale = painter.deviceTransform().m11();
     for (const DrawnSegment& shape : shapes) {
+        // A fading sliver under a device pixel wide comes out of the hard-edged fill below as a broken
+        // line, on one frame of a fold: hundreds of them cost a third of a morph frame.
+        const double devicePixels = (shape.end - shape.start) * shape.outerRadius * scale;
+        if (shape.alpha < 1 && devicePixels < 1) continue;
         const QPolygonF polygon =
             sectorPolygon(centre, shape.innerRadius, shape.outerRadius, shape.start, shape.end, scale);
         if (area.isValid() && !area.intersects(reach(polygon, shape.emphasised))) continue;
         if (shape.emphasised) paintGlow(painter, polygon, shape.color);
         const QColor color = faded(shape.color, shape.alpha);
         painter.setBrush(color);
-        if ((shape.end - shape.start) * shape.outerRadius < thinShape) {
+        if (devicePixels < thinShape * scale) {
             // Antialiased filling costs per scanline and edge, which long thin spikes have most of:
             // a hard-edged fill under a one-pixel antialiased outline looks the same for half the time.
             // A spike that fades in or out moves too fast for its edges to show, and blending a
