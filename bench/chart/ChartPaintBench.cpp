@@ -45,6 +45,13 @@ void paintFrame(QImage& image, const ChartSample& sample, const Route* from, dou
     SunburstPainter::paint(painter, QRectF(QPointF(), viewSize).center(), shapes, false);
 }
 
+ChartSample allSelected() {
+    ChartSample sample = ChartSample::worst();
+    for (const RuleScanResult& r : sample.results)
+        for (std::size_t i = 0; i < 2; ++i) sample.selected.insert(r.entries[i].id());
+    return sample;
+}
+
 void show(SunburstWidget& widget, const ChartSample& sample) {
     widget.setLight(false);
     widget.resize(viewSize);
@@ -75,9 +82,7 @@ void settledOverviewHovered(benchmark::State& state) {
 
 // Two entries of every rule selected: a glow under every category, rule and selected decoration.
 void settledOverviewAllSelected(benchmark::State& state) {
-    ChartSample sample = ChartSample::worst();
-    for (const RuleScanResult& r : sample.results)
-        for (std::size_t i = 0; i < 2; ++i) sample.selected.insert(r.entries[i].id());
+    const ChartSample sample = allSelected();
     QImage image = canvas(double(state.range(0)));
     for (auto _ : state) paintFrame(image, sample, nullptr, 1, std::nullopt);
 }
@@ -106,8 +111,7 @@ void widgetRepaint(benchmark::State& state) {
 
 // The pointer going back and forth between the biggest category and a decoration, one repaint each:
 // what a settled frame costs as the hover changes, the picture of the last frame at hand.
-void widgetHoverChange(benchmark::State& state) {
-    const ChartSample sample = ChartSample::worst();
+void hoverBackAndForth(benchmark::State& state, const ChartSample& sample) {
     SunburstWidget widget;
     show(widget, sample);
     const auto list = Sunburst::segments(sample.input());
@@ -130,6 +134,12 @@ void widgetHoverChange(benchmark::State& state) {
     }
 }
 
+void widgetHoverChange(benchmark::State& state) { hoverBackAndForth(state, ChartSample::worst()); }
+
+// The same over the busiest overview with two entries of every rule selected: the glows of the
+// shapes around the one that changed are painted again, their blur kept from the frame before.
+void widgetHoverChangeAllSelected(benchmark::State& state) { hoverBackAndForth(state, allSelected()); }
+
 BENCHMARK(settledOverview)->Arg(1)->Arg(2)->Unit(benchmark::kMillisecond);
 BENCHMARK(settledTypicalOverview)->Arg(1)->Arg(2)->Unit(benchmark::kMillisecond);
 BENCHMARK(settledOverviewHovered)->Arg(1)->Arg(2)->Unit(benchmark::kMillisecond);
@@ -137,6 +147,7 @@ BENCHMARK(settledOverviewAllSelected)->Arg(1)->Arg(2)->Unit(benchmark::kMillisec
 BENCHMARK(morphIntoCategory)->Arg(1)->Arg(2)->Unit(benchmark::kMillisecond);
 BENCHMARK(widgetRepaint)->Arg(1)->Arg(2)->Unit(benchmark::kMillisecond);
 BENCHMARK(widgetHoverChange)->Arg(1)->Arg(2)->Unit(benchmark::kMillisecond);
+BENCHMARK(widgetHoverChangeAllSelected)->Arg(1)->Arg(2)->Unit(benchmark::kMillisecond);
 
 } // namespace
 

@@ -41,7 +41,7 @@ void blurLine(std::uint32_t* line, int count, int stride, int radius, std::vecto
     }
 }
 
-void paintGlow(QPainter& painter, const QPolygonF& shape, const QColor& color) {
+GlowCache::Glow blurredGlow(const QPolygonF& shape, const QColor& color) {
     const double margin = 3 * glowRadius;
     const QRectF area = shape.boundingRect().adjusted(-margin, -margin, margin, margin);
     QImage glow(QSize(int(std::ceil(area.width() * glowScale)), int(std::ceil(area.height() * glowScale))),
@@ -57,10 +57,14 @@ void paintGlow(QPainter& painter, const QPolygonF& shape, const QColor& color) {
         p.drawPolygon(shape);
     }
     boxBlur(glow, int(std::lround(glowRadius * glowScale)));
+    return {QRectF(area.topLeft(), QSizeF(glow.width() / glowScale, glow.height() / glowScale)), std::move(glow)};
+}
+
+void paintGlow(QPainter& painter, const GlowCache::Glow& glow) {
     painter.save();
     painter.setOpacity(glowOpacity);
     painter.setRenderHint(QPainter::SmoothPixmapTransform);
-    painter.drawImage(QRectF(area.topLeft(), QSizeF(glow.width() / glowScale, glow.height() / glowScale)), glow);
+    painter.drawImage(glow.target, glow.image);
     painter.restore();
 }
 
@@ -122,7 +126,8 @@ std::optional<QRectF> changedArea(QPointF centre, std::span<const DrawnSegment> 
     return area;
 }
 
-void paint(QPainter& painter, QPointF centre, std::span<const DrawnSegment> shapes, bool light, const QRectF& area) {
+void paint(QPainter& painter, QPointF centre, std::span<const DrawnSegment> shapes, bool light, const QRectF& area,
+           GlowCache* glows) {
     painter.save();
     painter.setRenderHint(QPainter::Antialiasing);
     painter.setPen(Qt::NoPen);
@@ -141,7 +146,21 @@ void paint(QPainter& painter, QPointF centre, std::span<const DrawnSegment> shap
         const QPolygonF polygon =
             sectorPolygon(centre, shape.innerRadius, shape.outerRadius, shape.start, shape.end, scale);
         if (area.isValid() && !area.intersects(reach(polygon, shape.emphasised))) continue;
-        if (shape.emphasised) paintGlow(painter, polygon, shape.color);
+        if (shape.emphasised) {
+            if (!glows) {
+                paintGlow(painter, blurredGlow(polygon, shape.color));
+            } else {
+                const GlowCache::Key key{centre, shape.innerRadius, shape.outerRadius, shape.start, shape.end, scale,
+                                         shape.color.rgba()};
+                auto it = std::ranges::find(glows->entries, key, &GlowCache::Entry::key);
+                if (it == glows->entries.end()) {
+                    if (glows->entries.size() >= GlowCache::capacity) glows->entries.clear();
+                    glows->entries.push_back({key, blurredGlow(polygon, shape.color)});
+                    it = glows->entries.end() - 1;
+                }
+                paintGlow(painter, it->glow);
+            }
+        }
         const QColor color = faded(shape.color, shape.alpha);
         painter.setBrush(color);
         if (devicePixels < thinShape * scale) {

@@ -189,7 +189,7 @@ void SunburstWidget::paintEvent(QPaintEvent*) {
             image.setDevicePixelRatio(ratio);
             image.fill(Qt::transparent);
             QPainter layer(&image);
-            SunburstPainter::paint(layer, centre, shapes, light);
+            SunburstPainter::paint(layer, centre, shapes, light, {}, &glows);
             layer.end();
             settled = {shapes, size(), ratio, light, std::move(image)};
         } else if (settled.shapes != shapes) {
@@ -204,7 +204,7 @@ void SunburstWidget::paintEvent(QPaintEvent*) {
             layer.fillRect(area, Qt::transparent);
             layer.setCompositionMode(QPainter::CompositionMode_SourceOver);
             layer.setClipRect(area);
-            SunburstPainter::paint(layer, centre, shapes, light, area);
+            SunburstPainter::paint(layer, centre, shapes, light, area, &glows);
             settled.shapes = shapes;
         }
         painter.drawImage(QPointF(0, 0), settled.image);

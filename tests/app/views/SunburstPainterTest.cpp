@@ -35,7 +35,7 @@ Segment segment(const std::string& id, double start, double end, double hue, boo
 const std::vector<Segment> list{segment("a", -pi / 2, 0, 0.1), segment("c", 0, pi / 2, 0.5),
                                 segment("b", pi / 2, pi, 0.7, true)};
 
-QImage render(const std::vector<Segment>& segments, double ratio) {
+QImage render(const std::vector<Segment>& segments, double ratio, SunburstPainter::GlowCache* glows = nullptr) {
     QImage image(int(side * ratio), int(side * ratio), QImage::Format_ARGB32_Premultiplied);
     image.setDevicePixelRatio(ratio);
     image.fill(background);
@@ -43,7 +43,7 @@ QImage render(const std::vector<Segment>& segments, double ratio) {
     const auto shapes = Morph::frame({.from = {}, .to = segments, .progress = 1, .hoverID = std::nullopt,
                                       .light = false, .palette = ChartPalette::hues},
                                      radius);
-    SunburstPainter::paint(painter, centre, shapes, false);
+    SunburstPainter::paint(painter, centre, shapes, false, {}, glows);
     return image;
 }
 
@@ -84,6 +84,27 @@ TEST(SunburstPainter, NotchesAreStrokedInTheBackgroundColour) {
     const double middle = -pi / 4;
     EXPECT_EQ(pixel(image, 1, 0.59, middle), SunburstDraw::notchColor(false).rgb());
     EXPECT_EQ(pixel(image, 1, 0.66, middle), SunburstDraw::fillColor(deco, false, false).rgb());
+}
+
+// A kept glow is used only for the same shape in the same place and colour.
+TEST(SunburstPainter, KeptGlowsPaintWhatFreshOnesDo) {
+    Segment moved = list[2];
+    moved.start -= 0.3;
+    Segment recoloured = list[2];
+    recoloured.hue = 0.3;
+    Segment shrunk = list[2];
+    shrunk.band.outer = 0.8;
+    SunburstPainter::GlowCache glows;
+    for (const auto& segments : {list, list, std::vector{list[0], list[1], moved}, std::vector{list[0], list[1], recoloured},
+                                 std::vector{list[0], list[1], shrunk}, list}) {
+        SCOPED_TRACE(segments[2].start + *segments[2].hue + segments[2].band.outer);
+        for (double ratio : {1.0, 2.0}) {
+            SCOPED_TRACE(ratio);
+            const QImage fresh = render(segments, ratio);
+            EXPECT_EQ(render(segments, ratio, &glows), fresh);
+        }
+    }
+    EXPECT_EQ(glows.entries.size(), 8u); // four glows at two ratios
 }
 
 TEST(SunburstPainter, SectorPolygonKeepsItsChordsCloseToTheArcs) {
