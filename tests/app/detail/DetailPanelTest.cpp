@@ -8,6 +8,7 @@
 
 #include "host/ToolPaths.h"
 #include "support/TempTree.h"
+#include "support/Text.h"
 #include "text/Formatting.h"
 #include "text/Localization.h"
 #include "tools/DockerCLI.h"
@@ -372,6 +373,142 @@ TEST(RuleDetailPanel, AnotherRuleStartsWithFreshStateAndEscapeGoesBack) {
     panel.setFocus();
     QTest::keyClick(&panel, Qt::Key_Escape);
     EXPECT_EQ(model.route(), Route::category(Category::tool));
+}
+
+} // namespace lumabroom
+
+namespace lumabroom {
+namespace {
+
+std::vector<std::string> shownTexts(QWidget* root) {
+    std::vector<std::string> texts;
+    auto add = [&](const QString& text) {
+        if (!text.isEmpty()) texts.push_back(text.toStdString());
+    };
+    for (QLabel* l : root->findChildren<QLabel*>()) {
+        add(l->text());
+        add(l->toolTip());
+    }
+    for (QAbstractButton* b : root->findChildren<QAbstractButton*>()) {
+        add(b->text());
+        add(b->toolTip());
+        add(b->accessibleName());
+    }
+    if (auto* box = qobject_cast<QMessageBox*>(root)) {
+        add(box->text());
+        add(box->informativeText());
+    }
+    return texts;
+}
+
+} // namespace
+
+TEST(RuleDetailPanel, EveryTextOfThePanelAndItsDialogsReadsInEnglish) {
+    Home s;
+    DockerCLI::setSystemSocketForTesting(s.tree.file("docker.sock").string());
+    HeldTool docker(s.tree / "bin/docker", "never",
+                    R"({"Images":[{"Containers":"1","ID":"sha256:0123456789abcdef","Repository":"node","Size":"1GB","Tag":"20"}],)"
+                    R"("Containers":[{"ID":"3f2a1b4c5d6e7f80","Image":"node:20","Names":"web","Size":"12MB","Status":"Up"}],)"
+                    R"("Volumes":[{"Links":"0","Name":"pgdata","Size":"2GB"}]})");
+    ToolPaths::setOverride(Tool::docker, (s.tree / "bin/docker").string());
+    s.tree.file("home/.codex/sessions/2025/06/a.jsonl", 3000);
+    s.tree.file("home/.codex/sessions/2025/06/b.jsonl", 2000);
+    WorktreeInfo dirty;
+    dirty.path = s.tree / "wt/dirty";
+    dirty.repoName = "dirty";
+    dirty.parentRepo = s.tree / "repo";
+    dirty.size = 4000;
+    dirty.dirtyFiles = 2;
+    dirty.orphanCommits = 1;
+    dirty.lastModified = std::chrono::floor<std::chrono::seconds>(std::chrono::system_clock::now()) - std::chrono::hours(50);
+    WorktreeInfo pending = dirty;
+    pending.path = s.tree / "wt/pending";
+    pending.repoName = "pending";
+    pending.branch = "main";
+    pending.size.reset();
+    pending.dirtyFiles = pending.orphanCommits = 0;
+
+    const std::vector<CleanRule> rules{makeRule("x.cache", Category::tool, SafetyLevel::safe),
+                                       makeRule("sys.tmp-folders", Category::system, SafetyLevel::safe),
+                                       makeRule("x.report", Category::tool, SafetyLevel::reportOnly),
+                                       makeRule("x.empty", Category::tool, SafetyLevel::safe),
+                                       makeRule("tool.docker", Category::tool, SafetyLevel::reportOnly),
+                                       makeRule("tool.orbstack", Category::tool, SafetyLevel::reportOnly),
+                                       makeRule("tool.ollama", Category::tool, SafetyLevel::reportOnly),
+                                       makeRule("code.codex-sessions", Category::code, SafetyLevel::caution),
+                                       makeRule("tool.codex-worktrees", Category::code, SafetyLevel::caution)};
+    ModelServices services = testServices(rules, s.log);
+    services.discoverWorktrees = [=](const WorktreeDiscovery::UpdateCallback& onUpdate) { onUpdate({dirty, pending}); };
+    AppModel model(services);
+    model.apply(sized(rules[0], 16));
+    model.apply(sized(rules[1], 61));
+    model.apply(sized(rules[2], 2));
+    model.apply(RuleScanResult{rules[3], {}});
+    model.apply(RuleScanResult{rules[4], {{"/orb/docker/images", 10, EntryLabel{DockerUsageLabel{DockerUsageKind::images, "1", "1GB"}}}}});
+    model.apply(makeResult(rules[5], {{"/h/.orbstack/data/data.img.raw", 100}}));
+    model.apply(makeResult(rules[6], {{"/m/.ollama/models/manifests/r/lib/llama/7b", 50}}));
+    model.apply(makeResult(rules[7], {{(s.tree / "home/.codex/sessions").string(), 5000}}));
+
+    Localization::setLanguageForThisRun(AppLanguage::english);
+    RuleDetailPanel panel(model, "x.cache");
+    auto check = [&](const std::string& what, QWidget* root) {
+        SCOPED_TRACE(what);
+        const std::vector<std::string> texts = shownTexts(root);
+        EXPECT_GE(texts.size(), 3u);
+        for (const std::string& text : texts) EXPECT_FALSE(containsCjk(text)) << text;
+    };
+    auto answerEscape = [&] {
+        QMessageBox* box = dialog(panel);
+        if (!box) return ADD_FAILURE() << "no dialog";
+        check(box->text().toStdString(), box);
+        QTest::keyClick(box, Qt::Key_Escape);
+        flush();
+    };
+    for (const CleanRule& rule : rules) {
+        panel.showRule(rule.id);
+        ASSERT_TRUE(waitUntil([&] {
+            return !model.isLoadingInventory() && !model.isLoadingWorktrees() && !model.isLoadingTopSessions() &&
+                   !model.isRefiningOrbStack();
+        }));
+        flush();
+        check(rule.id, &panel);
+    }
+    panel.showRule("x.cache");
+    flush();
+    named<QPushButton>(panel, "unfold")[0]->click();
+    flush();
+    check("unfolded", &panel);
+
+    panel.showRule("tool.ollama");
+    flush();
+    column(panel)->findChildren<QToolButton*>().back()->click();
+    answerEscape();
+    panel.showRule("tool.docker");
+    ASSERT_TRUE(waitUntil([&] { return model.dockerInventory().has_value(); }));
+    flush();
+    named<QWidget>(panel, "prune-volumes")[0]->findChild<QPushButton*>()->click();
+    answerEscape();
+    for (const char* item : {"Delete node:20", "Delete pgdata"}) {
+        control(panel, item)->click();
+        answerEscape();
+    }
+    panel.showRule("tool.codex-worktrees");
+    ASSERT_TRUE(waitUntil([&] { return model.worktrees().has_value(); }));
+    flush();
+    for (const char* name : {"git worktree remove dirty", "git worktree remove pending"}) {
+        control(panel, name)->click();
+        answerEscape();
+    }
+    panel.showRule("code.codex-sessions");
+    ASSERT_TRUE(waitUntil([&] { return model.topSessions() && !model.isLoadingTopSessions(); }));
+    flush();
+    named<QPushButton>(panel, "sessions-toggle")[0]->click();
+    flush();
+    named<QPushButton>(panel, "sessions-delete")[0]->click();
+    answerEscape();
+    named<QWidget>(panel, "session-row")[0]->findChildren<QToolButton*>().back()->click();
+    answerEscape();
+    Localization::setLanguageForThisRun(AppLanguage::chinese);
 }
 
 } // namespace lumabroom
