@@ -2,7 +2,9 @@
 
 #include "StandIns.h"
 
+#include <QApplication>
 #include <QContextMenuEvent>
+#include <QStyle>
 #include <QFrame>
 #include <QGraphicsOpacityEffect>
 #include <QHBoxLayout>
@@ -65,9 +67,20 @@ void BarRow::contextMenuEvent(QContextMenuEvent* event) {
 
 namespace DetailRows {
 
-QToolButton* iconButton(const QString& glyph, const QString& tooltip, QWidget* parent) {
+QIcon icon(Icon which) {
+    QStyle* style = QApplication::style();
+    switch (which) {
+    case Icon::reveal: return QIcon::fromTheme(QStringLiteral("edit-find"), style->standardIcon(QStyle::SP_FileDialogContentsView));
+    case Icon::trash: return QIcon::fromTheme(QStringLiteral("user-trash"), style->standardIcon(QStyle::SP_TrashIcon));
+    case Icon::copy: return QIcon::fromTheme(QStringLiteral("edit-copy"), style->standardIcon(QStyle::SP_FileLinkIcon));
+    case Icon::folder: return style->standardIcon(QStyle::SP_DirIcon);
+    }
+    return {};
+}
+
+QToolButton* iconButton(Icon which, const QString& tooltip, QWidget* parent) {
     auto* button = new QToolButton(parent);
-    button->setText(glyph);
+    button->setIcon(icon(which));
     button->setToolTip(tooltip);
     button->setAccessibleName(tooltip);
     button->setAutoRaise(true);

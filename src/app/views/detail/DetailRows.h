@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QColor>
+#include <QIcon>
 #include <QWidget>
 
 #include <functional>
@@ -50,8 +51,10 @@ private:
 
 namespace DetailRows {
 
+enum class Icon { reveal, trash, copy, folder };
+QIcon icon(Icon which);
 // A borderless icon button whose accessible name is its tooltip.
-QToolButton* iconButton(const QString& glyph, const QString& tooltip, QWidget* parent);
+QToolButton* iconButton(Icon which, const QString& tooltip, QWidget* parent);
 // A small busy indicator, named for assistive tools.
 QWidget* spinner(const QString& accessibleName, QWidget* parent);
 QLabel* label(const QString& text, QWidget* parent, const QString& style = {});

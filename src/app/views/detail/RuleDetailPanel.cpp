@@ -40,8 +40,7 @@ using DetailRows::label;
 
 constexpr auto kSecondary = "color:palette(placeholder-text);";
 constexpr auto kTertiary = "color:palette(mid);font-size:11px;";
-const QString kReveal = QStringLiteral("🔍");
-const QString kTrash = QStringLiteral("🗑");
+using DetailRows::Icon;
 
 QString q(const std::string& s) { return QString::fromStdString(s); }
 std::string bytes(std::int64_t n) { return Formatting::bytes(n); }
@@ -50,7 +49,8 @@ std::string number(std::int64_t n) { return std::to_string(n); }
 QVBoxLayout* columnOf(QWidget* w) { return static_cast<QVBoxLayout*>(w->layout()); }
 
 QPushButton* button(const QString& text, QWidget* parent) {
-    auto* b = new QPushButton(text, parent);
+    // A literal "&" would turn into a mnemonic.
+    auto* b = new QPushButton(QString(text).replace(QLatin1Char('&'), QStringLiteral("&&")), parent);
     b->setAccessibleName(text);
     b->setAutoDefault(false);
     return b;
@@ -100,6 +100,12 @@ QLabel* capsule(const QString& text, const QColor& colour, double opacity, QWidg
                      .arg(colour.name(), background.name(QColor::HexArgb)));
 }
 
+QWidget* folderIcon(QWidget* parent) {
+    auto* icon = new QLabel(parent);
+    icon->setPixmap(DetailRows::icon(Icon::folder).pixmap(16, 16));
+    return icon;
+}
+
 QWidget* tick(bool reportOnly, bool checked, const QString& name, std::function<void()> onToggle, QWidget* parent) {
     if (reportOnly) {
         QLabel* dot = label(QStringLiteral("•"), parent, kTertiary);
@@ -114,7 +120,7 @@ QWidget* tick(bool reportOnly, bool checked, const QString& name, std::function<
 }
 
 QToolButton* revealButton(BarRow* row, const std::filesystem::path& path) {
-    QToolButton* reveal = DetailRows::iconButton(kReveal, text("在 Finder 中显示"), row);
+    QToolButton* reveal = DetailRows::iconButton(Icon::reveal, text("在 Finder 中显示"), row);
     QObject::connect(reveal, &QToolButton::clicked, reveal, [path] { StandIns::reveal(path); });
     row->setRevealButton(reveal);
     return reveal;
@@ -134,6 +140,7 @@ RuleDetailPanel::RuleDetailPanel(AppModel& model, std::string ruleID, QWidget* p
     layout->addWidget(scroll_);
     scroll_->setWidgetResizable(true);
     scroll_->setFrameShape(QFrame::NoFrame);
+    scroll_->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     setAccessibleName(QStringLiteral("rule-detail"));
 
     for (auto signal : {&AppModel::resultsChanged, &AppModel::selectedEntryIDsChanged, &AppModel::isBusyChanged,
@@ -341,8 +348,8 @@ QWidget* RuleDetailPanel::reportOnlyBox(const RuleScanResult& result) {
                                            note})});
     static_cast<QHBoxLayout*>(row->layout())->setStretch(1, 1);
     if (const std::optional<std::string> command = DetailValues::embeddedCommand(result.rule.note())) {
-        QPushButton* copy = button(QStringLiteral("⧉ ") + text("复制命令"), row);
-        copy->setAccessibleName(text("复制命令"));
+        QPushButton* copy = button(text("复制命令"), row);
+        copy->setIcon(DetailRows::icon(Icon::copy));
         connect(copy, &QPushButton::clicked, this, [command = *command] { StandIns::copyToClipboard(command); });
         row->layout()->addWidget(copy);
     }
@@ -470,11 +477,12 @@ QWidget* RuleDetailPanel::entryRow(const RuleScanResult& result, const ScanEntry
     row->content()->addWidget(tick(reportOnly, model_.isSelected(id), name, toggle, row));
     QLabel* title = label(name, row);
     title->setToolTip(q(entry.url.string()));
+    title->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
     row->content()->addWidget(title, 1);
     row->content()->addWidget(revealButton(row, entry.url));
     row->content()->addWidget(label(q(bytes(entry.size)), row, kSecondary));
     if (DetailValues::rowsHaveOwnDelete(result.rule.id)) {
-        QToolButton* trash = DetailRows::iconButton(kTrash, formatted("删除 %1", {name.toStdString()}), row);
+        QToolButton* trash = DetailRows::iconButton(Icon::trash, formatted("删除 %1", {name.toStdString()}), row);
         connect(trash, &QToolButton::clicked, this, [this, entry] { askEntryDelete(entry); });
         row->content()->addWidget(trash);
     }
@@ -535,8 +543,6 @@ QWidget* RuleDetailPanel::inventorySection(std::string_view title, const std::ve
                                  card);
     header->setAccessibleName(text(title));
     header->setFlat(true);
-    header->setCheckable(true);
-    header->setChecked(open);
     header->setStyleSheet(QStringLiteral("text-align:left;"));
     connect(header, &QPushButton::clicked, this, [this, expanded] {
         state_.*expanded = !(state_.*expanded);
@@ -547,7 +553,7 @@ QWidget* RuleDetailPanel::inventorySection(std::string_view title, const std::ve
     std::vector<QWidget*> rows;
     for (const DockerItem& item : items) {
         QLabel* size = label(q(bytes(item.size)), nullptr);
-        QToolButton* trash = DetailRows::iconButton(kTrash, formatted("删除 %1", {item.name}), nullptr);
+        QToolButton* trash = DetailRows::iconButton(Icon::trash, formatted("删除 %1", {item.name}), nullptr);
         trash->setEnabled(!model_.pruningTarget());
         connect(trash, &QToolButton::clicked, this, [this, item] { askDockerItemDelete(item); });
         auto* row = hbox(nullptr, {vbox(nullptr, {label(q(item.name), nullptr), label(q(item.detail), nullptr, kTertiary)}),
@@ -591,11 +597,12 @@ QWidget* RuleDetailPanel::worktreeSection(const RuleScanResult& result) {
                                  QStringLiteral("font-weight:600;"));
         QLabel* repoPath = label(q(DetailValues::withTilde(group.repoPath)), nullptr, kTertiary);
         repoPath->setToolTip(q(group.repoPath));
+        repoPath->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
         QLabel* total = label(counted("%n 个 · %1", static_cast<std::int64_t>(group.items.size()),
                                       {bytes(DetailValues::worktreeTotal(group.items))}),
                               nullptr, kSecondary);
         auto* header = new BarRow(QColor(), 0, card);
-        for (QWidget* w : {static_cast<QWidget*>(label(QStringLiteral("📁"), nullptr)), vbox(nullptr, {repoName, repoPath}),
+        for (QWidget* w : {folderIcon(header), vbox(nullptr, {repoName, repoPath}),
                            static_cast<QWidget*>(total)}) {
             w->setParent(header);
             header->content()->addWidget(w);
@@ -619,8 +626,10 @@ QWidget* RuleDetailPanel::worktreeRow(const RuleScanResult& result, const Worktr
     row->content()->addWidget(label(QStringLiteral("↳"), row, kTertiary));
 
     auto* first = hbox(nullptr, {label(q(info.repoName), nullptr, QStringLiteral("font-weight:500;"))});
-    QLabel* chip = info.branch ? capsule(QStringLiteral("⎇ ") + q(*info.branch), QColor(Qt::gray), 0, first)
+    QLabel* chip = info.branch ? capsule(QString(), QColor(Qt::gray), 0, first)
                                : capsule(QStringLiteral("⎇ ") + text("无分支"), StandIns::orange(), 0, first);
+    if (info.branch) // one line, cut in the middle
+        chip->setText(chip->fontMetrics().elidedText(QStringLiteral("⎇ ") + q(*info.branch), Qt::ElideMiddle, 180));
     chip->setToolTip(info.branch ? formatted("分支 %1 不会被删除,它上面的提交都还在", {*info.branch})
                                  : text("游离检出:HEAD 直接指着某个提交,没有分支拴着它"));
     chip->setObjectName(QStringLiteral("branch-chip"));
@@ -645,15 +654,16 @@ QWidget* RuleDetailPanel::worktreeRow(const RuleScanResult& result, const Worktr
     auto* second = hbox(nullptr, {});
     QLabel* path = label(q(DetailValues::withTilde(info.path.string())), second, kTertiary);
     path->setToolTip(q(info.path.string()));
-    second->layout()->addWidget(path);
+    path->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
+    static_cast<QHBoxLayout*>(second->layout())->addWidget(path, 1);
     if (info.lastModified) {
         QLabel* age = label(QStringLiteral("· ") + q(Formatting::age(*info.lastModified, std::chrono::system_clock::now())),
                             second, kTertiary);
         age->setToolTip(text("最后一次有文件改动的时间"));
         second->layout()->addWidget(age);
     }
-    static_cast<QHBoxLayout*>(second->layout())->addStretch();
     QWidget* lines = vbox(row, {first, second});
+    lines->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
     row->content()->addWidget(lines, 1);
     row->content()->addWidget(revealButton(row, info.path));
     row->content()->addWidget(info.size ? label(q(bytes(*info.size)), row, kSecondary)
@@ -661,7 +671,7 @@ QWidget* RuleDetailPanel::worktreeRow(const RuleScanResult& result, const Worktr
     if (removing) {
         row->content()->addWidget(DetailRows::spinner(q("git worktree remove " + info.repoName), row));
     } else {
-        QToolButton* trash = DetailRows::iconButton(kTrash, QStringLiteral("git worktree remove"), row);
+        QToolButton* trash = DetailRows::iconButton(Icon::trash, QStringLiteral("git worktree remove"), row);
         trash->setAccessibleName(q("git worktree remove " + info.repoName));
         trash->setEnabled(!model_.removingWorktreeID());
         connect(trash, &QToolButton::clicked, this, [this, info] { askWorktreeRemoval(info); });
@@ -733,10 +743,11 @@ QWidget* RuleDetailPanel::topSessionsCard() {
         row->content()->addWidget(tick(false, state_.selectedSessionIDs.contains(id), name, toggle, row));
         QLabel* file = label(q(entry.url.filename().string()), nullptr, kTertiary);
         file->setToolTip(q(entry.url.string()));
+        file->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
         row->content()->addWidget(vbox(row, {label(name, nullptr), file}), 1);
         row->content()->addWidget(revealButton(row, entry.url));
         row->content()->addWidget(label(q(bytes(entry.size)), row, kSecondary));
-        QToolButton* trash = DetailRows::iconButton(kTrash, formatted("删除 %1", {name.toStdString()}), row);
+        QToolButton* trash = DetailRows::iconButton(Icon::trash, formatted("删除 %1", {name.toStdString()}), row);
         connect(trash, &QToolButton::clicked, this, [this, entry] { askSessionDelete(entry); });
         row->content()->addWidget(trash);
         row->setMenu(pathMenu(entry.url));
