@@ -21,6 +21,7 @@
 #include <QMessageBox>
 #include <QPushButton>
 #include <QScrollArea>
+#include <QScrollBar>
 #include <QTest>
 #include <QToolButton>
 
@@ -509,6 +510,61 @@ TEST(RuleDetailPanel, EveryTextOfThePanelAndItsDialogsReadsInEnglish) {
     named<QWidget>(panel, "session-row")[0]->findChildren<QToolButton*>().back()->click();
     answerEscape();
     Localization::setLanguageForThisRun(AppLanguage::chinese);
+}
+
+} // namespace lumabroom
+
+namespace lumabroom {
+
+TEST(RuleDetailPanel, FoldingTheListScrollsBackToTheTopOfTheCard) {
+    Home s;
+    const CleanRule rule = makeRule("x.cache", Category::tool, SafetyLevel::safe);
+    AppModel model(testServices({rule}, s.log));
+    model.apply(sized(rule, 40));
+    RuleDetailPanel panel(model, "x.cache");
+    panel.resize(500, 300);
+    panel.show();
+    named<QPushButton>(panel, "unfold")[0]->click();
+    flush();
+    QScrollBar* bar = panel.findChild<QScrollArea*>()->verticalScrollBar();
+    bar->setValue(bar->maximum());
+    named<QPushButton>(panel, "fold")[0]->click();
+    flush();
+    ASSERT_EQ(entryNames(panel).size(), 10u);
+    const QWidget* card = named<QWidget>(panel, "entries-card-top")[0];
+    ASSERT_LT(card->y(), bar->maximum()); // so that staying at the bottom would show
+    EXPECT_EQ(bar->value(), card->y());
+}
+
+TEST(RuleDetailPanel, AModelIsRemovedThroughItsToolOnlyAfterTheDialogSaysSo) {
+    Home s;
+    FakeTool ollama(s.tree / "bin/ollama");
+    ToolPaths::setOverride(Tool::ollama, ollama.binary.string());
+    const fs::path manifest = s.tree.file("home/.ollama/models/manifests/registry.ollama.ai/library/llama3/8b", 10);
+    const CleanRule rule = makeRule("tool.ollama", Category::tool, SafetyLevel::reportOnly);
+    AppModel model(testServices({rule}, s.log));
+    model.apply(RuleScanResult{rule, {{manifest, 4000, {}}}});
+    RuleDetailPanel panel(model, "tool.ollama");
+    flush();
+    // The report-only box stays away from a rule whose rows delete themselves.
+    EXPECT_EQ(control(panel, "复制命令"), nullptr);
+    for (Qt::Key key : {Qt::Key_Return, Qt::Key_Escape}) {
+        control(panel, "删除 llama3:8b")->click();
+        QMessageBox* box = dialog(panel);
+        expectSafeKeys(box);
+        EXPECT_EQ(box->text(), "删除 llama3:8b?");
+        QTest::keyClick(box, key);
+        flush();
+        EXPECT_EQ(dialog(panel), nullptr);
+    }
+    settle();
+    EXPECT_TRUE(ollama.calls().empty());
+    control(panel, "删除 llama3:8b")->click();
+    dialogButton(dialog(panel), "删除")->click();
+    ASSERT_TRUE(waitUntil([&] { return model.lastSummary().has_value(); }));
+    EXPECT_EQ(ollama.calls(), (Calls{{"rm", "llama3:8b"}}));
+    EXPECT_EQ(*model.lastSummary(), (ActionSummary{ActionSummary::OllamaModelDeleted{"llama3:8b", 4000}}));
+    ToolPaths::setOverride(Tool::ollama, std::nullopt);
 }
 
 } // namespace lumabroom
