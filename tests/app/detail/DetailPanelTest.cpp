@@ -568,3 +568,31 @@ TEST(RuleDetailPanel, AModelIsRemovedThroughItsToolOnlyAfterTheDialogSaysSo) {
 }
 
 } // namespace lumabroom
+
+namespace lumabroom {
+
+TEST(RuleDetailPanel, AMaintenanceCommandRunsOnceAndReplacesTheReportOnlyBox) {
+    Home s;
+    HeldTool shell(s.tree / "bin/shell", "*");
+    ToolPaths::setOverride(Tool::shell, (s.tree / "bin/shell").string());
+    CleanRule rule = makeRule("pm.homebrew", Category::packageManager, SafetyLevel::reportOnly);
+    rule.noteKey = "Run `brew cleanup` yourself";
+    AppModel model(testServices({rule}, s.log));
+    model.apply(sized(rule, 2));
+    RuleDetailPanel panel(model, "pm.homebrew");
+    flush();
+    EXPECT_EQ(control(panel, "复制命令"), nullptr);
+    control(panel, "运行")->click();
+    EXPECT_EQ(model.runningCommandRuleID(), "pm.homebrew");
+    flush();
+    EXPECT_EQ(control(panel, "运行"), nullptr);
+    EXPECT_NE(control<QWidget>(panel, "执行中…"), nullptr);
+    shell.release();
+    ASSERT_TRUE(waitUntil([&] { return model.lastSummary().has_value() && !model.runningCommandRuleID(); }));
+    EXPECT_EQ(shell.log(), "-l -c brew cleanup --prune=all\n");
+    flush();
+    EXPECT_TRUE(control(panel, "运行")->isEnabled());
+    ToolPaths::setOverride(Tool::shell, std::nullopt);
+}
+
+} // namespace lumabroom
