@@ -109,6 +109,12 @@ RuleScanResult sized(CleanRule rule, int count) {
     return makeResult(std::move(rule), entries);
 }
 
+CleanRule reportOnly(std::string id, std::string note) {
+    CleanRule rule = makeRule(std::move(id), Category::tool, SafetyLevel::reportOnly);
+    rule.noteKey = std::move(note);
+    return rule;
+}
+
 // A script that logs its arguments and holds every call whose arguments match `hold` until
 // release() is called; calls to "system df -v" answer with `inventory`.
 struct HeldTool {
@@ -181,8 +187,7 @@ TEST(RuleDetailPanel, LongListsFoldAfterTenRowsAndTickingFollowsTheModel) {
 
 TEST(RuleDetailPanel, AReportOnlyRuleCanNeitherBeTickedNorSelectedAndOffersItsCommand) {
     Home s;
-    CleanRule rule = makeRule("x.report", Category::tool, SafetyLevel::reportOnly);
-    rule.noteKey = "Run `brew cleanup --prune=all` yourself";
+    const CleanRule rule = reportOnly("x.report", "Run `brew cleanup --prune=all` yourself");
     AppModel model(testServices({rule}, s.log));
     model.apply(sized(rule, 3));
     RuleDetailPanel panel(model, "x.report");
@@ -575,8 +580,7 @@ TEST(RuleDetailPanel, AMaintenanceCommandRunsOnceAndReplacesTheReportOnlyBox) {
     Home s;
     HeldTool shell(s.tree / "bin/shell", "*");
     ToolPaths::setOverride(Tool::shell, (s.tree / "bin/shell").string());
-    CleanRule rule = makeRule("pm.homebrew", Category::packageManager, SafetyLevel::reportOnly);
-    rule.noteKey = "Run `brew cleanup` yourself";
+    const CleanRule rule = reportOnly("pm.homebrew", "Run `brew cleanup` yourself");
     AppModel model(testServices({rule}, s.log));
     model.apply(sized(rule, 2));
     RuleDetailPanel panel(model, "pm.homebrew");
