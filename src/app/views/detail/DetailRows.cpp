@@ -1,6 +1,6 @@
 #include "DetailRows.h"
 
-#include "StandIns.h"
+#include "DetailLook.h"
 
 #include <QApplication>
 #include <QContextMenuEvent>
@@ -33,7 +33,7 @@ void BarRow::setRevealButton(QToolButton* button) {
 
 void BarRow::paintEvent(QPaintEvent*) {
     QPainter painter(this);
-    if (hovering_) painter.fillRect(rect(), StandIns::rowHover());
+    if (hovering_) painter.fillRect(rect(), DetailLook::rowHover());
     QColor bar = barColor_;
     bar.setAlphaF(0.1f);
     painter.fillRect(QRectF(0, 0, width() * fraction_, height()), bar);

@@ -5,7 +5,7 @@
 #include "DetailText.h"
 #include "DetailValues.h"
 #include "DisplayName.h"
-#include "StandIns.h"
+#include "DetailLook.h"
 
 #include "scan/BuiltinRules.h"
 #include "text/Formatting.h"
@@ -121,14 +121,14 @@ QWidget* tick(bool reportOnly, bool checked, const QString& name, std::function<
 
 QToolButton* revealButton(BarRow* row, const std::filesystem::path& path) {
     QToolButton* reveal = DetailRows::iconButton(Icon::reveal, text("在 Finder 中显示"), row);
-    QObject::connect(reveal, &QToolButton::clicked, reveal, [path] { StandIns::reveal(path); });
+    QObject::connect(reveal, &QToolButton::clicked, reveal, [path] { DetailLook::reveal(path); });
     row->setRevealButton(reveal);
     return reveal;
 }
 
 std::vector<BarRow::MenuItem> pathMenu(const std::filesystem::path& path) {
-    return {{text("在 Finder 中显示"), [path] { StandIns::reveal(path); }},
-            {text("复制路径"), [path] { StandIns::copyToClipboard(path.string()); }}};
+    return {{text("在 Finder 中显示"), [path] { DetailLook::reveal(path); }},
+            {text("复制路径"), [path] { DetailLook::copyToClipboard(path.string()); }}};
 }
 
 } // namespace
@@ -280,7 +280,7 @@ QWidget* RuleDetailPanel::header(const RuleScanResult& result) {
     auto* row = new QWidget;
     auto* layout = new QHBoxLayout(row);
     layout->setContentsMargins(0, 0, 0, 0);
-    layout->addWidget(StandIns::ruleIconTile(rule, row), 0, Qt::AlignTop);
+    layout->addWidget(DetailLook::ruleIconTile(rule, row), 0, Qt::AlignTop);
 
     QLabel* name = label(q(rule.name()), nullptr, QStringLiteral("font-size:17px;font-weight:600;"));
     QLabel* note = label(q(rule.note()), nullptr, kSecondary);
@@ -293,12 +293,12 @@ QWidget* RuleDetailPanel::header(const RuleScanResult& result) {
         paths->setToolTip(all.join(QLatin1Char('\n')));
         paths->setWordWrap(true);
     }
-    layout->addWidget(vbox(row, {hbox(nullptr, {name, StandIns::safetyBadge(rule.safety, nullptr)}, true), note, paths}), 1);
+    layout->addWidget(vbox(row, {hbox(nullptr, {name, DetailLook::safetyBadge(rule.safety, nullptr)}, true), note, paths}), 1);
 
     const std::int64_t total = result.totalSize();
     QLabel* size = label(q(bytes(total)), nullptr,
                          QStringLiteral("font-size:28px;font-weight:bold;color:%1;")
-                             .arg(total >= 1 ? StandIns::accent().name() : QStringLiteral("palette(mid)")));
+                             .arg(total >= 1 ? DetailLook::accent().name() : QStringLiteral("palette(mid)")));
     size->setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
     size->setAlignment(Qt::AlignRight);
     QLabel* count = label(counted("%n 项", static_cast<std::int64_t>(result.entries.size())), nullptr, kSecondary);
@@ -308,7 +308,7 @@ QWidget* RuleDetailPanel::header(const RuleScanResult& result) {
 }
 
 QWidget* RuleDetailPanel::orbStackLoadingBanner() {
-    QWidget* card = DetailRows::card(nullptr, StandIns::orange());
+    QWidget* card = DetailRows::card(nullptr, DetailLook::orange());
     columnOf(card)->addWidget(hbox(card, {DetailRows::spinner(text("正在读取 Docker 占用分解…"), nullptr),
                                           vbox(nullptr, {label(text("正在读取 Docker 占用分解…"), nullptr),
                                                          label(text("docker system df 需要几秒,镜像/容器/数据卷越多越慢"),
@@ -318,7 +318,7 @@ QWidget* RuleDetailPanel::orbStackLoadingBanner() {
 }
 
 QWidget* RuleDetailPanel::orbStackOffBanner() {
-    QWidget* card = DetailRows::card(nullptr, StandIns::orange());
+    QWidget* card = DetailRows::card(nullptr, DetailLook::orange());
     QLabel* detail = label(text("虚拟磁盘是 Linux 文件系统镜像,macOS 无法直接解析内部构成;启动后会自动细分并可执行清理"), nullptr,
                            kSecondary);
     detail->setWordWrap(true);
@@ -330,7 +330,7 @@ QWidget* RuleDetailPanel::orbStackOffBanner() {
         connect(start, &QPushButton::clicked, this, [this] { model_.startOrbStack(); });
         end = start;
     }
-    auto* row = hbox(card, {label(QStringLiteral("☾"), nullptr, QStringLiteral("color:%1;").arg(StandIns::orange().name())),
+    auto* row = hbox(card, {label(QStringLiteral("☾"), nullptr, QStringLiteral("color:%1;").arg(DetailLook::orange().name())),
                             vbox(nullptr, {label(text("OrbStack 未在运行"), nullptr), detail})});
     static_cast<QHBoxLayout*>(row->layout())->setStretch(1, 1);
     end->setParent(row);
@@ -343,14 +343,14 @@ QWidget* RuleDetailPanel::reportOnlyBox(const RuleScanResult& result) {
     QWidget* card = DetailRows::card(nullptr);
     QLabel* note = label(q(result.rule.note()), nullptr, kSecondary);
     note->setWordWrap(true);
-    auto* row = hbox(card, {label(QStringLiteral("ⓘ"), nullptr, QStringLiteral("color:%1;").arg(StandIns::accent().name())),
+    auto* row = hbox(card, {label(QStringLiteral("ⓘ"), nullptr, QStringLiteral("color:%1;").arg(DetailLook::accent().name())),
                             vbox(nullptr, {label(text("此项只统计大小,不直接删除"), nullptr, QStringLiteral("font-weight:500;")),
                                            note})});
     static_cast<QHBoxLayout*>(row->layout())->setStretch(1, 1);
     if (const std::optional<std::string> command = DetailValues::embeddedCommand(result.rule.note())) {
         QPushButton* copy = button(text("复制命令"), row);
         copy->setIcon(DetailRows::icon(Icon::copy));
-        connect(copy, &QPushButton::clicked, this, [command = *command] { StandIns::copyToClipboard(command); });
+        connect(copy, &QPushButton::clicked, this, [command = *command] { DetailLook::copyToClipboard(command); });
         row->layout()->addWidget(copy);
     }
     columnOf(card)->addWidget(row);
@@ -466,7 +466,7 @@ QWidget* RuleDetailPanel::entriesCard(const RuleScanResult& result) {
 QWidget* RuleDetailPanel::entryRow(const RuleScanResult& result, const ScanEntry& entry, std::int64_t maxSize) {
     const bool reportOnly = result.rule.safety == SafetyLevel::reportOnly;
     const QString name = q(displayName(entry));
-    auto* row = new BarRow(StandIns::ruleColor(result.rule), DetailValues::fraction(entry.size, maxSize), nullptr);
+    auto* row = new BarRow(DetailLook::ruleColor(result.rule), DetailValues::fraction(entry.size, maxSize), nullptr);
     row->setObjectName(QStringLiteral("entry-row"));
     row->setAccessibleName(name);
     const std::string id = entry.id();
@@ -582,11 +582,11 @@ QWidget* RuleDetailPanel::worktreeSection(const RuleScanResult& result) {
     if (!safe.empty())
         chips->layout()->addWidget(capsule(counted("可安全删除 %n 个 · %1", static_cast<std::int64_t>(safe.size()),
                                                    {bytes(DetailValues::worktreeTotal(safe))}),
-                                           StandIns::green(), 0.16, chips));
+                                           DetailLook::green(), 0.16, chips));
     if (!risky.empty())
         chips->layout()->addWidget(capsule(counted("有丢失风险 %n 个 · %1", static_cast<std::int64_t>(risky.size()),
                                                    {bytes(DetailValues::worktreeTotal(risky))}),
-                                           StandIns::orange(), 0.16, chips));
+                                           DetailLook::orange(), 0.16, chips));
     static_cast<QHBoxLayout*>(chips->layout())->addStretch();
     section->layout()->addWidget(chips);
 
@@ -608,7 +608,7 @@ QWidget* RuleDetailPanel::worktreeSection(const RuleScanResult& result) {
             header->content()->addWidget(w);
         }
         header->content()->setStretch(1, 1);
-        header->setMenu({{text("在 Finder 中显示主仓"), [path = group.repoPath] { StandIns::reveal(path); }}});
+        header->setMenu({{text("在 Finder 中显示主仓"), [path = group.repoPath] { DetailLook::reveal(path); }}});
         columnOf(card)->addWidget(header);
         std::vector<QWidget*> rows;
         for (const WorktreeInfo& info : group.items) rows.push_back(worktreeRow(result, info, maxSize));
@@ -620,14 +620,14 @@ QWidget* RuleDetailPanel::worktreeSection(const RuleScanResult& result) {
 
 QWidget* RuleDetailPanel::worktreeRow(const RuleScanResult& result, const WorktreeInfo& info, std::int64_t maxSize) {
     const bool removing = model_.removingWorktreeID() == info.id();
-    auto* row = new BarRow(StandIns::ruleColor(result.rule), DetailValues::fraction(info.size.value_or(0), maxSize), nullptr);
+    auto* row = new BarRow(DetailLook::ruleColor(result.rule), DetailValues::fraction(info.size.value_or(0), maxSize), nullptr);
     row->setObjectName(QStringLiteral("worktree-row"));
     row->setAccessibleName(q(info.repoName));
     row->content()->addWidget(label(QStringLiteral("↳"), row, kTertiary));
 
     auto* first = hbox(nullptr, {label(q(info.repoName), nullptr, QStringLiteral("font-weight:500;"))});
     QLabel* chip = info.branch ? capsule(QString(), QColor(Qt::gray), 0, first)
-                               : capsule(QStringLiteral("⎇ ") + text("无分支"), StandIns::orange(), 0, first);
+                               : capsule(QStringLiteral("⎇ ") + text("无分支"), DetailLook::orange(), 0, first);
     if (info.branch) // one line, cut in the middle
         chip->setText(chip->fontMetrics().elidedText(QStringLiteral("⎇ ") + q(*info.branch), Qt::ElideMiddle, 180));
     chip->setToolTip(info.branch ? formatted("分支 %1 不会被删除,它上面的提交都还在", {*info.branch})
@@ -642,13 +642,13 @@ QWidget* RuleDetailPanel::worktreeRow(const RuleScanResult& result, const Worktr
     };
     if (info.dirtyFiles > 0)
         addBadge(counted("%n 个改动没提交", info.dirtyFiles), text("这些文件改了还没 commit,删掉 worktree 就没了"),
-                 StandIns::orange());
+                 DetailLook::orange());
     if (info.orphanCommits > 0)
         addBadge(counted("%n 个提交只在这里", info.orphanCommits),
-                 text("这些提交不在任何分支和远端上,删掉之后没有任何东西指向它们,找不回来"), StandIns::orange());
+                 text("这些提交不在任何分支和远端上,删掉之后没有任何东西指向它们,找不回来"), DetailLook::orange());
     if (!info.isRisky())
         addBadge(text("可安全删除"), text("没有没提交的改动,提交也都在分支上——分支不会被删,所以什么都不会丢"),
-                 StandIns::green());
+                 DetailLook::green());
     static_cast<QHBoxLayout*>(first->layout())->addStretch();
 
     auto* second = hbox(nullptr, {});
@@ -677,7 +677,7 @@ QWidget* RuleDetailPanel::worktreeRow(const RuleScanResult& result, const Worktr
         connect(trash, &QToolButton::clicked, this, [this, info] { askWorktreeRemoval(info); });
         row->content()->addWidget(trash);
     }
-    row->setMenu({{text("在 Finder 中显示"), [p = info.path] { StandIns::reveal(p); }}});
+    row->setMenu({{text("在 Finder 中显示"), [p = info.path] { DetailLook::reveal(p); }}});
     return row;
 }
 

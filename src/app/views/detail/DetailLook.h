@@ -9,9 +9,8 @@
 
 class QWidget;
 
-// Plain stand-ins for the shared look and the desktop services, one function each, so that the
-// real pieces replace them in one place.
-namespace lumabroom::StandIns {
+// The shared look and the desktop services as the panel uses them, one function each.
+namespace lumabroom::DetailLook {
 
 QWidget* ruleIconTile(const CleanRule& rule, QWidget* parent);
 QWidget* safetyBadge(SafetyLevel safety, QWidget* parent);
@@ -24,4 +23,4 @@ QColor green();
 void reveal(const std::filesystem::path& path);
 void copyToClipboard(const std::string& text);
 
-} // namespace lumabroom::StandIns
+} // namespace lumabroom::DetailLook
