@@ -165,7 +165,7 @@ public:
     void deleteDockerItem(const DockerItem& item);
     void prune(DockerPruneTarget target);
 
-signals:
+Q_SIGNALS:
     void resultsChanged();
     void selectedEntryIDsChanged();
     void isBusyChanged();
