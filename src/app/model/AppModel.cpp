@@ -62,7 +62,7 @@ void AppModel::assertOnOwnThread() const {
 AppModel::IDSet AppModel::selectedEntryIDs() const {
     IDSet ids = selectedElsewhere_;
     for (Key key = 0; key < selected_.size(); ++key)
-        if (selected_[key]) ids.insert(pathOfKey_[key]);
+        if (selected_[key]) ids.insert(std::string(paths_.path(key)));
     return ids;
 }
 
@@ -77,9 +77,9 @@ void AppModel::setSelectedEntryIDs(const IDSet& ids) {
     selectedKeyCount_ = 0;
     selectedElsewhere_.clear();
     for (const std::string& id : ids) {
-        const auto found = keyOfPath_.find(id);
-        if (found == keyOfPath_.end()) selectedElsewhere_.insert(id);
-        else setKeySelected(found->second, true);
+        const auto key = paths_.find(id);
+        if (key) setKeySelected(*key, true);
+        else selectedElsewhere_.insert(id);
     }
     Q_EMIT selectedEntryIDsChanged();
 }

@@ -13,8 +13,8 @@ void AppModel::toggleRule(const RuleScanResult& result) {
 void AppModel::toggleEntry(const RuleScanResult& result, const std::string& entryID) {
     assertOnOwnThread();
     if (result.rule.safety == SafetyLevel::reportOnly) return;
-    const auto found = keyOfPath_.find(entryID);
-    if (found != keyOfPath_.end()) setKeySelected(found->second, !selected_[found->second]);
+    const auto key = paths_.find(entryID);
+    if (key) setKeySelected(*key, !selected_[*key]);
     else if (selectedElsewhere_.erase(entryID) == 0) selectedElsewhere_.insert(entryID);
     Q_EMIT selectedEntryIDsChanged();
 }

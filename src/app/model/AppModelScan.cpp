@@ -16,9 +16,9 @@ void AppModel::scan() {
     discoverWorktrees(true, [this] { scanPartEnded(); });
     WorkPool::shared().start([this, inbox = inbox_, scanRules = services_.scan, rules = services_.scanRules] {
         scanRules(rules, [&](RuleScanResult result) {
-            inbox->post([this, result = std::move(result)]() mutable {
+            inbox->post([this, prepared = PreparedResult(std::move(result))]() mutable {
                 assign(scannedRuleCount_, scannedRuleCount_ + 1, &AppModel::scannedRuleCountChanged);
-                apply(std::move(result));
+                apply(std::move(prepared));
             });
         });
         inbox->post([this] { scanPartEnded(); });
@@ -41,7 +41,7 @@ void AppModel::rescanRules(const std::set<std::string>& ruleIDs) {
     const bool refinesOrbStack = ruleIDs.count(std::string(kOrbStackRule)) > 0;
     WorkPool::shared().start([this, inbox = inbox_, scanRules = services_.scan, rules = std::move(rules), refinesOrbStack] {
         scanRules(rules, [&](RuleScanResult result) {
-            inbox->post([this, result = std::move(result)]() mutable { apply(std::move(result)); });
+            inbox->post([this, prepared = PreparedResult(std::move(result))]() mutable { apply(std::move(prepared)); });
         });
         inbox->post([this, refinesOrbStack] {
             pruneSelection();
@@ -50,8 +50,11 @@ void AppModel::rescanRules(const std::set<std::string>& ruleIDs) {
     });
 }
 
-void AppModel::apply(RuleScanResult result) {
+void AppModel::apply(RuleScanResult result) { apply(PreparedResult(std::move(result))); }
+
+void AppModel::apply(PreparedResult prepared) {
     assertOnOwnThread();
+    RuleScanResult& result = prepared.result;
     const auto position =
         std::find_if(results_.begin(), results_.end(), [&](const auto& r) { return r.rule.id == result.rule.id; });
     // A plain scan of the OrbStack disks must not wipe out the Docker breakdown on screen: the fresh
@@ -63,21 +66,24 @@ void AppModel::apply(RuleScanResult result) {
         refineOrbStackIfNeeded(false);
         return;
     }
-    if (position == results_.end()) {
-        indexed_.push_back(indexOf(result));
-        results_.push_back(std::move(result));
-    } else {
-        const auto i = static_cast<std::size_t>(position - results_.begin());
-        indexed_[i] = indexOf(result, &results_[i], &indexed_[i]);
-        results_[i] = std::move(result);
-    }
-    Q_EMIT resultsChanged();
+    place(static_cast<std::size_t>(position - results_.begin()), std::move(prepared));
 }
 
 void AppModel::replaceEntries(std::size_t position, std::vector<ScanEntry> entries) {
-    RuleScanResult replaced{results_[position].rule, std::move(entries)};
-    indexed_[position] = indexOf(replaced, &results_[position], &indexed_[position]);
-    results_[position] = std::move(replaced);
+    place(position, PreparedResult({results_[position].rule, std::move(entries)}));
+}
+
+// At `position` of the list, or at its end as a new one.
+void AppModel::place(std::size_t position, PreparedResult prepared) {
+    if (position == results_.size()) {
+        indexed_.push_back(indexOf(prepared, nullptr));
+        results_.push_back(std::move(prepared.result));
+    } else {
+        indexed_[position] = indexOf(prepared, &indexed_[position]);
+        // Tens of thousands of paths take a while to free; the pool does it.
+        WorkPool::shared().start([old = std::move(results_[position].entries)] {});
+        results_[position] = std::move(prepared.result);
+    }
     Q_EMIT resultsChanged();
 }
 

@@ -8,33 +8,44 @@ namespace {
 
 // Paths no result holds that may stay numbered before a pruning renumbers the rest.
 constexpr std::size_t kSpareKeys = 4096;
+constexpr std::size_t kPrefetchDistance = 8;
 
 } // namespace
 
-AppModel::Key AppModel::intern(const std::string& path) {
-    const auto [found, added] = keyOfPath_.try_emplace(path, static_cast<Key>(pathOfKey_.size()));
-    if (!added) return found->second;
-    pathOfKey_.push_back(path);
-    selected_.push_back(0);
-    // An id selected before any result held it becomes a flag like the others.
-    if (!selectedElsewhere_.empty() && selectedElsewhere_.erase(path) > 0) setKeySelected(found->second, true);
-    return found->second;
+PreparedResult::PreparedResult(RuleScanResult scanned) : result(std::move(scanned)) {
+    hashes.reserve(result.entries.size());
+    sizes.reserve(result.entries.size());
+    for (const ScanEntry& entry : result.entries) {
+        hashes.push_back(PathInterner::hash(entry.url.native()));
+        sizes.push_back(entry.size);
+        total += entry.size;
+    }
 }
 
-AppModel::Indexed AppModel::indexOf(const RuleScanResult& result, const RuleScanResult* previous,
-                                    const Indexed* previousIndexed) {
-    Indexed indexed;
-    indexed.keys.reserve(result.entries.size());
-    indexed.sizes.reserve(result.entries.size());
-    for (std::size_t j = 0; j < result.entries.size(); ++j) {
-        const std::string& path = result.entries[j].url.native();
+AppModel::Key AppModel::intern(std::string_view path, std::uint64_t hash) {
+    const auto [key, added] = paths_.intern(path, hash);
+    if (!added) return key;
+    selected_.push_back(0);
+    // An id selected before any result held it becomes a flag like the others.
+    if (!selectedElsewhere_.empty() && selectedElsewhere_.erase(std::string(path)) > 0) setKeySelected(key, true);
+    return key;
+}
+
+AppModel::Indexed AppModel::indexOf(PreparedResult& prepared, const Indexed* previous) {
+    const std::vector<ScanEntry>& entries = prepared.result.entries;
+    Indexed indexed{prepared.total, std::vector<Key>(entries.size()), std::move(prepared.sizes)};
+    paths_.reserve(entries.size());
+    for (std::size_t j = 0; j < entries.size(); ++j) {
+        // The table is larger than the cache: ask early for what later lookups will read.
+        if (j + 2 * kPrefetchDistance < entries.size()) paths_.prefetchSlot(prepared.hashes[j + 2 * kPrefetchDistance]);
+        if (j + kPrefetchDistance < entries.size()) paths_.prefetchPath(prepared.hashes[j + kPrefetchDistance]);
+        const std::string& path = entries[j].url.native();
+        const std::uint64_t hash = prepared.hashes[j];
         // A rescan mostly finds what the last one found, in the same places of the list: comparing
         // with the old entry there is cheaper than a lookup.
-        const bool same = previous && j < previous->entries.size() && previous->entries[j].url.native() == path;
-        indexed.keys.push_back(same ? previousIndexed->keys[j] : intern(path));
-        const ScanEntry& entry = result.entries[j];
-        indexed.sizes.push_back(entry.size);
-        indexed.total += entry.size;
+        const Key* before = previous && j < previous->keys.size() ? &previous->keys[j] : nullptr;
+        const bool same = before && paths_.hashOf(*before) == hash && paths_.path(*before) == path;
+        indexed.keys[j] = same ? *before : intern(path, hash);
     }
     return indexed;
 }
@@ -48,13 +59,13 @@ std::vector<AppModel::Key> AppModel::keysOf(const RuleScanResult& result) {
     if (const Indexed* indexed = indexedOf(result)) return indexed->keys;
     std::vector<Key> keys;
     keys.reserve(result.entries.size());
-    for (const ScanEntry& entry : result.entries) keys.push_back(intern(entry.url.native()));
+    for (const ScanEntry& entry : result.entries) keys.push_back(intern(entry.url.native(), PathInterner::hash(entry.url.native())));
     return keys;
 }
 
 bool AppModel::isPathSelected(const std::string& path) const {
-    const auto found = keyOfPath_.find(path);
-    return found == keyOfPath_.end() ? selectedElsewhere_.count(path) > 0 : selected_[found->second] != 0;
+    const auto key = paths_.find(path);
+    return key ? selected_[*key] != 0 : selectedElsewhere_.count(path) > 0;
 }
 
 bool AppModel::isSelected(const std::string& entryID) const { return isPathSelected(entryID); }
@@ -80,27 +91,19 @@ void AppModel::pruneSelection() {
             changed = true;
         }
     }
-    if (pathOfKey_.size() > 2 * heldCount + kSpareKeys) forgetPathsNotHeld(held);
+    if (paths_.size() > 2 * heldCount + kSpareKeys) forgetPathsNotHeld(held);
     if (changed) Q_EMIT selectedEntryIDsChanged();
 }
 
 // Paths that no result holds any more would pile up over many scans: renumber the ones that are
 // left. Only after a pruning, when no such path is selected.
 void AppModel::forgetPathsNotHeld(const std::vector<std::uint8_t>& held) {
-    std::vector<Key> renumbered(pathOfKey_.size(), 0);
-    std::vector<std::string> paths;
+    const std::vector<Key> renumbered = paths_.keepOnly(held);
     std::vector<std::uint8_t> selected;
-    for (Key key = 0; key < pathOfKey_.size(); ++key) {
-        if (!held[key]) continue;
-        renumbered[key] = static_cast<Key>(paths.size());
-        paths.push_back(std::move(pathOfKey_[key]));
-        selected.push_back(selected_[key]);
-    }
-    keyOfPath_.clear();
-    for (Key key = 0; key < paths.size(); ++key) keyOfPath_.emplace(paths[key], key);
+    for (Key key = 0; key < selected_.size(); ++key)
+        if (held[key]) selected.push_back(selected_[key]);
     for (Indexed& indexed : indexed_)
         for (Key& key : indexed.keys) key = renumbered[key];
-    pathOfKey_ = std::move(paths);
     selected_ = std::move(selected);
 }
 
