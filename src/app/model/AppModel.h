@@ -1,6 +1,7 @@
 #pragma once
 
 #include "ActionSummary.h"
+#include "PathInterner.h"
 #include "Route.h"
 #include "VisibleGroup.h"
 
@@ -22,7 +23,6 @@
 #include <optional>
 #include <set>
 #include <string>
-#include <unordered_map>
 #include <vector>
 
 namespace lumabroom {
@@ -43,6 +43,17 @@ struct ModelServices {
     std::function<void(std::chrono::milliseconds)> sleep;
 
     static ModelServices live();
+};
+
+// A result with what the model keeps of it beside its entries that needs nothing of the model,
+// worked out on the thread that received it so that apply() does less on the main thread.
+struct PreparedResult {
+    RuleScanResult result;
+    std::vector<std::uint64_t> hashes; // of each entry's path
+    std::vector<std::int64_t> sizes;   // of each entry
+    std::int64_t total = 0;
+
+    explicit PreparedResult(RuleScanResult scanned);
 };
 
 // Everything the window shows and everything under way. One object, used on the thread that made
@@ -137,6 +148,7 @@ public:
     void pruneSelection();
     // The one gate through which results enter `results`.
     void apply(RuleScanResult result);
+    void apply(PreparedResult prepared);
 
     // Selection and the bulk clean.
     void toggleRule(const RuleScanResult& result);
@@ -165,7 +177,7 @@ public:
     void deleteDockerItem(const DockerItem& item);
     void prune(DockerPruneTarget target);
 
-signals:
+Q_SIGNALS:
     void resultsChanged();
     void selectedEntryIDsChanged();
     void isBusyChanged();
@@ -192,7 +204,7 @@ private:
     class Inbox;
     // Interned entry paths: the selection is a flag per path, so per-frame reads and toggles of tens
     // of thousands of entries hash no strings.
-    using Key = std::uint32_t;
+    using Key = PathInterner::Key;
     struct Indexed {
         std::int64_t total = 0;
         std::vector<Key> keys;           // per entry
@@ -213,9 +225,9 @@ private:
     template <class Work, class Done>
     void offMainThread(Work work, Done done);
 
-    Key intern(const std::string& path);
-    Indexed indexOf(const RuleScanResult& result, const RuleScanResult* previous = nullptr,
-                    const Indexed* previousIndexed = nullptr);
+    Key intern(std::string_view path, std::uint64_t hash);
+    // Takes the sizes out of `prepared`; `previous` is the index of the result it replaces.
+    Indexed indexOf(PreparedResult& prepared, const Indexed* previous);
     // The keys of a result of the model's list, or of a copy of one.
     std::vector<Key> keysOf(const RuleScanResult& result);
     const Indexed* indexedOf(const RuleScanResult& result) const;
@@ -223,6 +235,7 @@ private:
     void setKeySelected(Key key, bool selected);
     void forgetPathsNotHeld(const std::vector<std::uint8_t>& held);
     void replaceEntries(std::size_t position, std::vector<ScanEntry> entries);
+    void place(std::size_t position, PreparedResult prepared);
 
     void scanPartEnded();
     void discoverWorktrees(bool force, std::function<void()> ended);
@@ -254,8 +267,7 @@ private:
     OptionalEntries pendingOrbStackDiskEntries_;
 
     // The selection: a flag per interned path, plus ids that no result holds.
-    std::unordered_map<std::string, Key> keyOfPath_;
-    std::vector<std::string> pathOfKey_;
+    PathInterner paths_;
     std::vector<std::uint8_t> selected_;
     std::int64_t selectedKeyCount_ = 0;
     std::set<std::string> selectedElsewhere_;

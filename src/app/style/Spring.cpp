@@ -44,7 +44,7 @@ void SpringAnimation::animate(double start, double target) {
     from = start;
     to = target;
     value = start;
-    emit valueChanged(value);
+    Q_EMIT valueChanged(value);
     QAbstractAnimation::start();
 }
 
@@ -52,7 +52,7 @@ int SpringAnimation::duration() const { return int(std::ceil(spring.settlingTime
 
 void SpringAnimation::updateCurrentTime(int milliseconds) {
     value = milliseconds >= duration() ? to : from + (to - from) * spring.value(milliseconds / 1000.0);
-    emit valueChanged(value);
+    Q_EMIT valueChanged(value);
 }
 
 } // namespace lumabroom

@@ -30,7 +30,7 @@ public:
     double currentValue() const { return value; }
     int duration() const override;
 
-signals:
+Q_SIGNALS:
     void valueChanged(double value);
 
 protected:

@@ -101,7 +101,7 @@ void Updater::checkForUpdates() { check(true); }
 void Updater::setCanCheck(bool canCheck) {
     if (canCheck_ == canCheck) return;
     canCheck_ = canCheck;
-    emit canCheckForUpdatesChanged(canCheck);
+    Q_EMIT canCheckForUpdatesChanged(canCheck);
 }
 
 QNetworkReply* Updater::get(const QUrl& url) {
@@ -149,7 +149,7 @@ void Updater::check(bool userAsked) {
     if (!canCheck_) return;
     const QUrl url = feedURL();
     if (!isFetchable(url)) {
-        if (userAsked) emit checkFailed(sentence(UpdateTexts::invalidFeedAddress));
+        if (userAsked) Q_EMIT checkFailed(sentence(UpdateTexts::invalidFeedAddress));
         return;
     }
     setCanCheck(false);
@@ -177,13 +177,13 @@ void Updater::finishCheck(bool userAsked) {
     feed_.clear();
     setCanCheck(true);
     if (failed || !items) {
-        if (userAsked) emit checkFailed(failed ? failure(*reply) : sentence(UpdateTexts::malformedFeed));
+        if (userAsked) Q_EMIT checkFailed(failed ? failure(*reply) : sentence(UpdateTexts::malformedFeed));
         return;
     }
     if (auto newest = Appcast::newestNewerThan(*items, options_.currentVersion)) {
-        emit updateAvailable(*newest);
+        Q_EMIT updateAvailable(*newest);
     } else if (userAsked) {
-        emit upToDate(sentence(UpdateTexts::upToDate, {options_.currentVersion.toStdString()}));
+        Q_EMIT upToDate(sentence(UpdateTexts::upToDate, {options_.currentVersion.toStdString()}));
     }
 }
 
@@ -205,7 +205,7 @@ void Updater::download(const AppcastItem& item) {
         if (partial_->write(data) != data.size()) abort(Abort::notSaved);
     });
     connect(reply, &QNetworkReply::downloadProgress, this, [this, expected = item.length](qint64 received, qint64 total) {
-        emit downloadProgress(received, expected > 0 ? expected : total);
+        Q_EMIT downloadProgress(received, expected > 0 ? expected : total);
     });
     connect(reply, &QNetworkReply::finished, this, [this, item] { finishDownload(item); });
 }
@@ -242,14 +242,14 @@ void Updater::finishDownload(const AppcastItem& item) {
     partial_->setAutoRemove(false);
     partial_.reset();
     setCanCheck(true);
-    emit downloadFinished(target);
+    Q_EMIT downloadFinished(target);
     if (handOver_) handOver_(target);
 }
 
 void Updater::failDownload(const QString& sentence) {
     partial_.reset();
     setCanCheck(true);
-    emit downloadFailed(sentence);
+    Q_EMIT downloadFailed(sentence);
 }
 
 } // namespace lumabroom

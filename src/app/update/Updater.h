@@ -65,7 +65,7 @@ public:
     // Where a verified download goes next (opened, or shown in the file manager); the window sets it.
     void setHandOver(std::function<void(const QString& path)> handOver) { handOver_ = std::move(handOver); }
 
-signals:
+Q_SIGNALS:
     void canCheckForUpdatesChanged(bool canCheck);
     void updateAvailable(const lumabroom::AppcastItem& item);
     void upToDate(const QString& sentence);

@@ -113,7 +113,7 @@ void SunburstWidget::mouseReleaseEvent(QMouseEvent* event) {
     const ChartInput now = input();
     const auto list = Sunburst::segments(now);
     const TapDecision decision = Sunburst::tap(event->position(), size(), list, now);
-    if (decision.action != TapDecision::Action::nothing) emit tapped(decision);
+    if (decision.action != TapDecision::Action::nothing) Q_EMIT tapped(decision);
 }
 
 void SunburstWidget::leaveEvent(QEvent*) {
@@ -144,7 +144,7 @@ void SunburstWidget::keyPressEvent(QKeyEvent* event) {
     const ChartInput now = input();
     switch (event->key()) {
     case Qt::Key_Escape:
-        if (const TapDecision d = Sunburst::back(now); d.action != TapDecision::Action::nothing) emit tapped(d);
+        if (const TapDecision d = Sunburst::back(now); d.action != TapDecision::Action::nothing) Q_EMIT tapped(d);
         return;
     case Qt::Key_Right:
     case Qt::Key_Down: moveKeyboardFocus(1); return;
@@ -157,7 +157,7 @@ void SunburstWidget::keyPressEvent(QKeyEvent* event) {
         const auto it = hoverID ? std::ranges::find(list, *hoverID, &Segment::id) : list.end();
         if (it == list.end()) break;
         if (const TapDecision d = Sunburst::activate(*it, now); d.action != TapDecision::Action::nothing)
-            emit tapped(d);
+            Q_EMIT tapped(d);
         return;
     }
     default: break;

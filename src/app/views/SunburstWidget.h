@@ -38,11 +38,11 @@ public:
     QSize sizeHint() const override;
     QSize minimumSizeHint() const override;
 
-public slots:
+public Q_SLOTS:
     // Reads the model again; a change of route starts a morph from the list of the route left.
     void refresh();
 
-signals:
+Q_SIGNALS:
     void tapped(const lumabroom::TapDecision& decision);
 
 protected:
