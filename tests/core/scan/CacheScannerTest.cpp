@@ -7,8 +7,10 @@
 
 #include <gtest/gtest.h>
 
+#include <atomic>
 #include <future>
 #include <map>
+#include <thread>
 
 using namespace lumabroom;
 using lumabroom::test::allocatedBytes;
@@ -94,4 +96,70 @@ TEST(CacheScanner, EachEntryRecordsTheIdentityOfTheItemItselfButShowsAndCompares
         EXPECT_EQ(std::hash<ScanEntry>{}(without), std::hash<ScanEntry>{}(entry));
     }
     EXPECT_NE(identityOf(link.string()), identityOf(folder.string())) << "a link is recorded as itself";
+}
+
+TEST(CacheScanner, PushedScanHandsEveryRuleOnceOneCallAtATimeThenEndsOnce) {
+    TempTree t;
+    t.file("a/x", 5000);
+    std::vector<CleanRule> rules;
+    for (int i = 0; i < 40; ++i) rules.push_back(rule(std::to_string(i), i % 2 ? std::vector{(t / "a").string()} : std::vector<std::string>{}));
+    std::atomic<int> inCallback{0}, overlaps{0};
+    std::map<std::string, std::size_t> entryCounts;
+    std::promise<std::size_t> ended;
+    auto stream = CacheScanner::scan(
+        rules, {},
+        [&](RuleScanResult r) {
+            if (inCallback.fetch_add(1) != 0) overlaps.fetch_add(1);
+            entryCounts.emplace(r.id(), r.entries.size());
+            inCallback.fetch_sub(1);
+        },
+        [&] { ended.set_value(entryCounts.size()); });
+    EXPECT_EQ(ended.get_future().get(), 40u) << "the end comes after every result";
+    EXPECT_EQ(overlaps.load(), 0);
+    for (int i = 0; i < 40; ++i) EXPECT_EQ(entryCounts[std::to_string(i)], i % 2 ? 1u : 0u) << i;
+    EXPECT_EQ(stream.next(), std::nullopt);
+
+    std::promise<void> emptyEnded;
+    auto none = CacheScanner::scan({}, {}, nullptr, [&] { emptyEnded.set_value(); });
+    EXPECT_EQ(emptyEnded.get_future().wait_for(std::chrono::seconds(0)), std::future_status::ready);
+}
+
+TEST(CacheScanner, PushedScanCancelledFromItsCallbackOrOutsideCallsNothingMore) {
+    // Cancelled from inside the first callback: no second result, no end.
+    std::vector<CleanRule> rules;
+    for (int i = 0; i < 30; ++i) rules.push_back(rule(std::to_string(i), {}));
+    std::atomic<int> results{0}, ends{0};
+    std::optional<ScanStream> stream;
+    std::promise<void> first;
+    stream = CacheScanner::scan(
+        rules, {},
+        [&](RuleScanResult) {
+            if (results.fetch_add(1) == 0) {
+                stream->cancel();
+                first.set_value();
+            }
+        },
+        [&] { ends.fetch_add(1); });
+    first.get_future().wait();
+    stream.reset();
+    EXPECT_EQ(results.load(), 1);
+    EXPECT_EQ(ends.load(), 0);
+
+    // Cancelled from outside while a callback runs: cancel() returns only once it is over.
+    std::promise<void> inside, release;
+    std::atomic<bool> callbackOver{false};
+    auto slow = CacheScanner::scan(
+        {rule("slow", {})}, {},
+        [&, released = release.get_future().share()](RuleScanResult) {
+            inside.set_value();
+            released.wait();
+            callbackOver = true;
+        },
+        [&] { ends.fetch_add(1); });
+    inside.get_future().wait();
+    std::thread releaser([&] { release.set_value(); });
+    slow.cancel();
+    EXPECT_TRUE(callbackOver.load());
+    releaser.join();
+    EXPECT_EQ(ends.load(), 0);
 }
