@@ -3,6 +3,7 @@
 #include "Columns.h"
 
 #include "host/Paths.h"
+#include "scan/Category.h"
 #include "text/Formatting.h"
 #include "text/Localization.h"
 #include "text/Strings.h"

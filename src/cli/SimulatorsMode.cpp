@@ -2,7 +2,7 @@
 
 #include "Columns.h"
 
-#include "scan/CacheScanner.h"
+#include "catalogue/BuiltinScan.h"
 #include "text/Formatting.h"
 #include "tools/SimulatorDevices.h"
 

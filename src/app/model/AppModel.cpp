@@ -2,12 +2,12 @@
 
 #include "DisplayName.h"
 
+#include "catalogue/BuiltinScan.h"
 #include "agents/AgentSessions.h"
 #include "agents/ClaudeProjects.h"
 #include "agents/CodexWorktreeLister.h"
 #include "host/Paths.h"
 #include "scan/BuiltinRules.h"
-#include "scan/CacheScanner.h"
 #include "tools/DockerItemRemover.h"
 #include "tools/DockerUsageLister.h"
 #include "tools/OllamaModelLister.h"

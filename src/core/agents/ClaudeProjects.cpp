@@ -1,10 +1,10 @@
 #include "agents/ClaudeProjects.h"
 
 #include "agents/AgentFiles.h"
+#include "concurrency/ParallelMap.h"
 #include "host/FileSystem.h"
 #include "host/Paths.h"
 #include "host/Trash.h"
-#include "scan/ParallelMap.h"
 #include "text/Strings.h"
 
 #include <algorithm>

@@ -4,11 +4,11 @@
 #include "agents/CodexWorktreeLister.h"
 #include "agents/Git.h"
 #include "clean/CommandRunner.h"
+#include "concurrency/ParallelMap.h"
 #include "host/FileSystem.h"
 #include "host/Paths.h"
 #include "host/ToolPaths.h"
 #include "scan/DirectorySizer.h"
-#include "scan/ParallelMap.h"
 #include "text/Strings.h"
 
 #include <algorithm>

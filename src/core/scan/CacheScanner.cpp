@@ -1,12 +1,13 @@
 #include "scan/CacheScanner.h"
 
+#include "concurrency/Cancellation.h"
+#include "concurrency/WorkerPool.h"
 #include "host/DirectoryReader.h"
 #include "host/FileSystem.h"
 #include "host/Paths.h"
 #include "host/TempFolders.h"
 #include "scan/DirectorySizer.h"
 #include "scan/PathExpander.h"
-#include "scan/WorkerPool.h"
 
 #include <algorithm>
 #include <condition_variable>

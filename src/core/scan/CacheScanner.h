@@ -1,7 +1,8 @@
 #pragma once
 
 #include "scan/CleanRule.h"
-#include "scan/ScanRoutes.h"
+#include "scan/RuleScanResult.h"
+#include "scan/ScanRoute.h"
 
 #include <functional>
 #include <memory>
@@ -36,7 +37,7 @@ private:
 namespace CacheScanner {
 
 // Starts one task per rule on the worker pool and returns at once.
-ScanStream scan(std::vector<CleanRule> rules, RouteTable routes = ScanRoutes::builtin());
+ScanStream scan(std::vector<CleanRule> rules, RouteTable routes);
 
 using ResultHandler = std::function<void(RuleScanResult)>;
 using EndHandler = std::function<void()>;
@@ -49,7 +50,7 @@ ScanStream scan(std::vector<CleanRule> rules, RouteTable routes, ResultHandler o
 
 // The result of one rule, measured on the calling thread: its own route if it has one and that
 // gives a list, else its path patterns, sized and sorted largest first (stable).
-RuleScanResult scanRule(const CleanRule& rule, const RouteTable& routes = ScanRoutes::builtin());
+RuleScanResult scanRule(const CleanRule& rule, const RouteTable& routes);
 
 } // namespace CacheScanner
 } // namespace lumabroom

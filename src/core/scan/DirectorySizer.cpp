@@ -1,9 +1,10 @@
 #include "scan/DirectorySizer.h"
 
+#include "concurrency/Cancellation.h"
+#include "concurrency/ParallelMap.h"
+#include "concurrency/WorkerPool.h"
 #include "host/DirectoryReader.h"
 #include "host/Platform.h"
-#include "scan/ParallelMap.h"
-#include "scan/WorkerPool.h"
 
 #include <algorithm>
 #include <cstring>

@@ -177,14 +177,6 @@ std::string displayName(AppLanguage language) {
     return "";
 }
 
-std::string displayName(Category category) {
-    if (displayKeyIsLiteral(category)) return std::string(displayKey(category));
-    return Localization::text(displayKey(category));
-}
-
-std::string displayName(SafetyLevel level) { return Localization::text(displayKey(level)); }
-std::string displayName(DockerUsageKind kind) { return Localization::text(displayKey(kind)); }
-
 namespace Localization {
 
 AppLanguage languageFromStored(const std::optional<std::string>& stored) {

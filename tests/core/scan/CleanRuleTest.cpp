@@ -1,4 +1,6 @@
+#include "scan/Category.h"
 #include "scan/CleanRule.h"
+#include "scan/SafetyLevel.h"
 
 #include <gtest/gtest.h>
 

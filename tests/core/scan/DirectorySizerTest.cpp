@@ -1,6 +1,7 @@
 #include "scan/DirectorySizer.h"
-#include "scan/ParallelMap.h"
-#include "scan/WorkerPool.h"
+#include "concurrency/Cancellation.h"
+#include "concurrency/ParallelMap.h"
+#include "concurrency/WorkerPool.h"
 
 #include "host/Platform.h"
 #include "host/Removal.h"

@@ -6,6 +6,9 @@
 
 #include "clean/MaintenanceCommands.h"
 #include "scan/BuiltinRules.h"
+#include "scan/Category.h"
+#include "scan/EntryLabel.h"
+#include "scan/SafetyLevel.h"
 #include "text/DiskSpace.h"
 #include "text/Formatting.h"
 #include "tools/DockerPruner.h"

@@ -2,6 +2,7 @@
 
 #include "host/Settings.h"
 #include "scan/BuiltinRules.h"
+#include "scan/EntryLabel.h"
 #include "text/Formatting.h"
 
 #include <gtest/gtest.h>

@@ -1,8 +1,8 @@
 #include "FakeTool.h"
 
+#include "catalogue/BuiltinScan.h"
 #include "host/ToolPaths.h"
 #include "scan/BuiltinRules.h"
-#include "scan/CacheScanner.h"
 #include "tools/OllamaModelLister.h"
 
 #include "support/Process.h"

@@ -1,4 +1,4 @@
-#include "scan/ScanRoutes.h"
+#include "catalogue/ScanRoutes.h"
 
 #include "agents/ClaudeProjects.h"
 #include "host/Paths.h"
