@@ -6,6 +6,8 @@
 #include "host/Removal.h"
 #include "host/Trash.h"
 
+#include <QByteArray>
+
 #include <cerrno>
 #include <cstdio>
 #include <cstring>
@@ -79,21 +81,7 @@ std::optional<TrashFolder> topdirTrash(const std::string& folder, dev_t device) 
 
 // A URL path: bytes other than unreserved ones and "/" as %XX.
 std::string escaped(std::string_view path) {
-    static constexpr char hex[] = "0123456789ABCDEF";
-    std::string out;
-    for (char c : path) {
-        auto byte = static_cast<unsigned char>(c);
-        bool plain = (byte >= 'a' && byte <= 'z') || (byte >= 'A' && byte <= 'Z') || (byte >= '0' && byte <= '9') ||
-                     c == '-' || c == '.' || c == '_' || c == '~' || c == '/';
-        if (plain) {
-            out.push_back(c);
-        } else {
-            out.push_back('%');
-            out.push_back(hex[byte >> 4]);
-            out.push_back(hex[byte & 15]);
-        }
-    }
-    return out;
+    return QByteArray(path.data(), static_cast<qsizetype>(path.size())).toPercentEncoding("/").toStdString();
 }
 
 std::string localTimestamp() {
