@@ -122,7 +122,7 @@ std::size_t displayWidth(std::string_view utf8) {
         const char32_t c = decoded(utf8.substr(i, n));
         i += n;
         if (isIn(kZeroWidth, c) || isControl(c)) continue;
-        width += isIn(kWide, c) ? 2 : 1;
+        width += isIn(kWide, c) ? 2u : 1u;
     }
     return width;
 }
@@ -150,7 +150,8 @@ std::string quotedForTerminal(std::string_view name) {
             body += known->second;
         } else {
             // A C1 control, or a byte that is no UTF-8, byte by byte.
-            for (unsigned char byte : name.substr(i, n ? n : invalid)) {
+            for (char raw : name.substr(i, n ? n : invalid)) {
+                const auto byte = static_cast<unsigned char>(raw);
                 body += "\\x";
                 body += hex[byte >> 4];
                 body += hex[byte & 15];

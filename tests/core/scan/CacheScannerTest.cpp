@@ -59,7 +59,7 @@ TEST(CacheScanner, RuleTakesItsOwnRouteElseItsPatternsSortedLargestFirstKeepingP
     std::vector<std::pair<std::string, std::int64_t>> entries, expected{{"big", allocatedBytes(big)}};
     for (const auto& e : r.entries) entries.emplace_back(e.url.filename().string(), e.size);
     const std::int64_t tie = allocatedBytes(t / "tie0");
-    for (int i = 1; i <= 24; ++i) expected.emplace_back(fs::path(patterns[i]).filename().string(), tie);
+    for (std::size_t i = 1; i <= 24; ++i) expected.emplace_back(fs::path(patterns[i]).filename().string(), tie);
     expected.emplace_back("zero", 0);
     EXPECT_EQ(entries, expected);
 }

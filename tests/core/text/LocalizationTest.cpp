@@ -76,10 +76,10 @@ TEST(Localization, LanguageChangesReachEveryThreadWithoutARace) {
                 while (!stop.load()) {
                     const std::string name = rule.name();
                     wrong += (name != english && name != chinese) || Formatting::bytes(2'000'000) != "2.0 MB";
-                    const bool before = sawEnglish && sawChinese;
+                    const bool sawBothBefore = sawEnglish && sawChinese;
                     sawEnglish = sawEnglish || name == english;
                     sawChinese = sawChinese || name == chinese;
-                    sawBoth += !before && sawEnglish && sawChinese;
+                    sawBoth += !sawBothBefore && sawEnglish && sawChinese;
                 }
             });
         }
