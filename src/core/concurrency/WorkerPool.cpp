@@ -1,8 +1,8 @@
 #include "concurrency/WorkerPool.h"
 
 #include "concurrency/Cancellation.h"
-#include "host/Platform.h"
 #include "concurrency/ParallelMap.h"
+#include "host/Platform.h"
 
 #include <algorithm>
 #include <condition_variable>
@@ -91,7 +91,6 @@ void submit(std::function<void()> job, bool urgent) { pool().submit(std::move(jo
 std::size_t threadCount() { return pool().size(); }
 bool isWorkerThread() { return tlsIsWorker; }
 } // namespace WorkerPool
-
 
 namespace ParallelMap::detail {
 bool& nestedFlag() { return tlsNested; }

@@ -50,8 +50,8 @@ std::optional<TrashFolder> homeTrash() {
 }
 
 bool isInside(const std::string& path, const std::string& folder) {
-    return folder.size() > 1 && path.size() > folder.size() && path.compare(0, folder.size(), folder) == 0 &&
-           path[folder.size()] == '/';
+    return folder.size() > 1 && path.size() > folder.size() && path.compare(0, folder.size(), folder) == 0
+           && path[folder.size()] == '/';
 }
 
 std::optional<TrashFolder> topdirTrash(const std::string& folder, dev_t device) {
@@ -72,8 +72,8 @@ std::optional<TrashFolder> topdirTrash(const std::string& folder, dev_t device) 
     const std::string uid = std::to_string(::getuid());
     struct stat shared {};
     // "$topdir/.Trash" counts only as a real folder with the sticky bit set by the administrator.
-    if (::lstat((base + "/.Trash").c_str(), &shared) == 0 && S_ISDIR(shared.st_mode) && (shared.st_mode & S_ISVTX) &&
-        makeOwnTrashFolder(base + "/.Trash/" + uid))
+    if (::lstat((base + "/.Trash").c_str(), &shared) == 0 && S_ISDIR(shared.st_mode) && (shared.st_mode & S_ISVTX)
+        && makeOwnTrashFolder(base + "/.Trash/" + uid))
         return TrashFolder{base + "/.Trash/" + uid, top};
     if (makeOwnTrashFolder(base + "/.Trash-" + uid)) return TrashFolder{base + "/.Trash-" + uid, top};
     return std::nullopt;
@@ -86,7 +86,7 @@ std::string escaped(std::string_view path) {
 
 std::string localTimestamp() {
     std::time_t now = std::time(nullptr);
-    std::tm local {};
+    std::tm local{};
     ::localtime_r(&now, &local);
     char text[32];
     std::size_t n = std::strftime(text, sizeof text, "%Y-%m-%dT%H:%M:%S", &local);
@@ -171,7 +171,8 @@ std::optional<std::string> moveItem(const std::string& item, const std::optional
     std::string parent = slash == std::string::npos ? "." : slash == 0 ? "/" : item.substr(0, slash);
     std::string name = slash == std::string::npos ? item : item.substr(slash + 1);
     if (name.empty() || name == "." || name == "..") return describe(item, EINVAL);
-    struct stat itemStat {}, parentStat {};
+    struct stat itemStat {
+    }, parentStat{};
     if (::lstat(item.c_str(), &itemStat) != 0) return describe(item, errno);
     auto folder = FileSystem::resolvingSymlinks(parent);
     if (!folder || ::stat(folder->c_str(), &parentStat) != 0) return describe(item, errno ? errno : ENOENT);
@@ -188,7 +189,6 @@ std::optional<std::string> moveItem(const std::string& item, const std::optional
     if (!trash->topdir.empty()) recorded = original.substr(trash->topdir == "/" ? 1 : trash->topdir.size() + 1);
     const std::string record = "[Trash Info]\nPath=" + escaped(recorded) + "\nDeletionDate=" + localTimestamp() + "\n";
     return claimAndMove(item, name, *trash, record, expected);
-
 }
 
 } // namespace lumabroom::Trash

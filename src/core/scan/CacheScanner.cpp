@@ -69,9 +69,8 @@ ScanStream::~ScanStream() { cancel(); }
 std::optional<RuleScanResult> ScanStream::next() {
     if (!state_) return std::nullopt;
     std::unique_lock guard(state_->mutex);
-    state_->changed.wait(guard, [&] {
-        return state_->cancelled.load() || !state_->ready.empty() || state_->outstanding == 0;
-    });
+    state_->changed.wait(
+        guard, [&] { return state_->cancelled.load() || !state_->ready.empty() || state_->outstanding == 0; });
     if (state_->cancelled.load() || state_->ready.empty()) return std::nullopt;
     RuleScanResult result = std::move(state_->ready.front());
     state_->ready.pop_front();
@@ -113,7 +112,8 @@ RuleScanResult scanRule(const CleanRule& rule, const RouteTable& routes) {
     entries.reserve(locations.size());
     for (std::size_t i = 0; i < locations.size(); ++i)
         entries.push_back({std::move(locations[i]), sizes[i], std::nullopt, identities[i]});
-    std::stable_sort(entries.begin(), entries.end(), [](const ScanEntry& a, const ScanEntry& b) { return a.size > b.size; });
+    std::stable_sort(entries.begin(), entries.end(),
+                     [](const ScanEntry& a, const ScanEntry& b) { return a.size > b.size; });
     return {rule, std::move(entries)};
 }
 

@@ -9,8 +9,9 @@ namespace lumabroom {
 
 enum class Category { xcode, packageManager, tool, runtimeDownloads, code, system };
 
-inline constexpr std::array allCategories{Category::xcode,           Category::packageManager, Category::tool,
-                                          Category::runtimeDownloads, Category::code,           Category::system};
+inline constexpr std::array allCategories{Category::xcode, Category::packageManager,
+                                          Category::tool,  Category::runtimeDownloads,
+                                          Category::code,  Category::system};
 
 std::string_view rawValue(Category);
 std::optional<Category> categoryFromRaw(std::string_view);

@@ -15,7 +15,9 @@ std::string_view rawValue(DockerUsageKind k) {
     return "";
 }
 
-std::optional<DockerUsageKind> dockerUsageKindFromRaw(std::string_view raw) { return fromRaw(allDockerUsageKinds, raw); }
+std::optional<DockerUsageKind> dockerUsageKindFromRaw(std::string_view raw) {
+    return fromRaw(allDockerUsageKinds, raw);
+}
 
 std::string_view displayKey(DockerUsageKind k) {
     switch (k) {

@@ -97,7 +97,8 @@ std::optional<std::vector<ScanEntry>> entries(const std::filesystem::path& model
     std::vector<ScanEntry> found;
     walk(root, manifests, found);
     if (found.empty()) return std::nullopt;
-    std::stable_sort(found.begin(), found.end(), [](const ScanEntry& a, const ScanEntry& b) { return a.size > b.size; });
+    std::stable_sort(found.begin(), found.end(),
+                     [](const ScanEntry& a, const ScanEntry& b) { return a.size > b.size; });
     return found;
 }
 

@@ -51,7 +51,8 @@ TEST(CacheScanner, RuleTakesItsOwnRouteElseItsPatternsSortedLargestFirstKeepingP
     for (int i = 0; i < 24; ++i) patterns.push_back(t.file("tie" + std::to_string(i * 7 % 24), 4096).string());
     for (const char* name : {"big", "absent"}) patterns.push_back((t / name).string());
     // A route's list keeps its own order; a route without an answer falls back to the patterns.
-    const std::vector<ScanEntry> own{{"/made/up", 7, EntryLabel{LiteralLabel{"x"}}}, {"/made/bigger", 70, std::nullopt}};
+    const std::vector<ScanEntry> own{{"/made/up", 7, EntryLabel{LiteralLabel{"x"}}},
+                                     {"/made/bigger", 70, std::nullopt}};
     RouteTable routes{{"own", [&] { return std::optional(own); }},
                       {"fallback", [] { return std::optional<std::vector<ScanEntry>>(); }}};
     EXPECT_EQ(CacheScanner::scanRule(rule("own", patterns), routes).entries, own);
@@ -103,7 +104,8 @@ TEST(CacheScanner, PushedScanHandsEveryRuleOnceOneCallAtATimeThenEndsOnce) {
     TempTree t;
     t.file("a/x", 5000);
     std::vector<CleanRule> rules;
-    for (int i = 0; i < 40; ++i) rules.push_back(rule(std::to_string(i), i % 2 ? std::vector{(t / "a").string()} : std::vector<std::string>{}));
+    for (int i = 0; i < 40; ++i)
+        rules.push_back(rule(std::to_string(i), i % 2 ? std::vector{(t / "a").string()} : std::vector<std::string>{}));
     std::atomic<int> inCallback{0}, overlaps{0};
     std::map<std::string, std::size_t> entryCounts;
     std::promise<std::size_t> ended;
