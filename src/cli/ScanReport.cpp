@@ -4,6 +4,7 @@
 #include "Texts.h"
 
 #include "host/Paths.h"
+#include "scan/Category.h"
 #include "text/Formatting.h"
 #include "text/Localization.h"
 #include "text/Strings.h"

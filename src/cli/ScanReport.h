@@ -4,6 +4,7 @@
 
 #include "scan/BuiltinRules.h"
 #include "scan/CleanRule.h"
+#include "scan/RuleScanResult.h"
 #include "text/DiskSpace.h"
 
 #include <string>

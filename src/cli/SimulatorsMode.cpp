@@ -3,7 +3,7 @@
 #include "Output.h"
 #include "Texts.h"
 
-#include "scan/CacheScanner.h"
+#include "catalogue/BuiltinScan.h"
 #include "text/Formatting.h"
 #include "text/Localization.h"
 #include "text/Strings.h"

@@ -9,9 +9,9 @@
 #include "SimulatorsMode.h"
 #include "WorktreesMode.h"
 
+#include "catalogue/BuiltinScan.h"
 #include "host/Paths.h"
 #include "scan/BuiltinRules.h"
-#include "scan/CacheScanner.h"
 #include "text/DiskSpace.h"
 #include "text/Formatting.h"
 #include "text/Localization.h"

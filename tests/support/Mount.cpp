@@ -26,7 +26,8 @@ ScopedMount ScopedMount::bind(const std::filesystem::path& from, const std::file
 }
 
 ScopedMount::ScopedMount(ScopedMount&& other) noexcept
-    : at_(std::exchange(other.at_, {})), failure_(std::move(other.failure_)) {}
+    : at_(std::exchange(other.at_, {})),
+      failure_(std::move(other.failure_)) {}
 
 ScopedMount::~ScopedMount() {
     if (!at_.empty()) ::umount2(at_.c_str(), MNT_DETACH);

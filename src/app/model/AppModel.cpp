@@ -1,8 +1,8 @@
 #include "ModelWork.h"
 
+#include "catalogue/BuiltinScan.h"
 #include "host/Paths.h"
 #include "scan/BuiltinRules.h"
-#include "scan/CacheScanner.h"
 
 #include <QThread>
 

@@ -1,6 +1,7 @@
 #pragma once
 
-#include "scan/CleanRule.h"
+#include "scan/Category.h"
+#include "scan/RuleScanResult.h"
 
 #include <cstdint>
 #include <string>

@@ -1,14 +1,13 @@
 #include "agents/ClaudeProjects.h"
 
 #include "agents/AgentFiles.h"
+#include "concurrency/ParallelMap.h"
 #include "host/FileSystem.h"
 #include "host/Paths.h"
 #include "host/Trash.h"
-#include "scan/ParallelMap.h"
 #include "text/Strings.h"
 
 #include <algorithm>
-#include <fstream>
 
 namespace fs = std::filesystem;
 
@@ -115,18 +114,9 @@ bool removeSessions(const fs::path& projectFolder) {
 }
 
 std::optional<std::string> head(const fs::path& file, std::size_t bytes) {
-    if (bytes == 0) return std::nullopt;
-    // Opening a FIFO would wait for a writer that may never come.
-    std::error_code ec;
-    if (!fs::is_regular_file(file, ec)) return std::nullopt;
-    std::ifstream in(file, std::ios::binary);
-    if (!in) return std::nullopt;
-    std::string data(bytes, '\0');
-    in.read(data.data(), static_cast<std::streamsize>(bytes));
-    const auto n = in.gcount();
-    if (n <= 0 || in.bad()) return std::nullopt;
-    data.resize(static_cast<std::size_t>(n));
-    return Strings::repairedUtf8(data);
+    auto data = FileSystem::readHead(file.string(), bytes);
+    if (!data) return std::nullopt;
+    return Strings::repairedUtf8(*data);
 }
 
 std::optional<std::string> firstCwd(std::string_view text) {

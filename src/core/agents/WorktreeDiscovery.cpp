@@ -4,11 +4,11 @@
 #include "agents/CodexWorktreeLister.h"
 #include "agents/Git.h"
 #include "clean/CommandRunner.h"
+#include "concurrency/ParallelMap.h"
 #include "host/FileSystem.h"
 #include "host/Paths.h"
 #include "host/ToolPaths.h"
 #include "scan/DirectorySizer.h"
-#include "scan/ParallelMap.h"
 #include "text/Strings.h"
 
 #include <algorithm>
@@ -114,9 +114,9 @@ std::vector<std::string> codexSessionSeeds() {
     if (!FileSystem::exists(database)) return {};
     auto sqlite = CommandRunner::findBinary(ToolPaths::candidates(Tool::sqlite3));
     if (!sqlite) return {};
-    auto output = CommandRunner::run(
-        *sqlite, {"-readonly", "file:" + database + "?mode=ro", "SELECT DISTINCT cwd FROM threads;"},
-        kSqliteTimeoutSeconds);
+    auto output =
+        CommandRunner::run(*sqlite, {"-readonly", "file:" + database + "?mode=ro", "SELECT DISTINCT cwd FROM threads;"},
+                           kSqliteTimeoutSeconds);
     if (!output) return {};
     std::vector<std::string> seeds;
     for (auto line : Strings::splitNonEmpty(*output, '\n')) seeds.emplace_back(line);
@@ -142,8 +142,8 @@ std::optional<fs::path> mainRepo(const fs::path& folder) {
     if (!output) return std::nullopt;
     const std::string_view answer = trimmed(*output, isWhitespaceOrNewline);
     if (answer.empty()) return std::nullopt;
-    std::string gitDirectory
-        = answer.starts_with("/") ? std::string(answer) : (folder / answer).lexically_normal().string();
+    std::string gitDirectory =
+        answer.starts_with("/") ? std::string(answer) : (folder / answer).lexically_normal().string();
     constexpr std::string_view suffix = "/.git";
     if (!gitDirectory.ends_with(suffix)) return std::nullopt;
     gitDirectory.resize(gitDirectory.size() - suffix.size());

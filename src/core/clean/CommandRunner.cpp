@@ -18,9 +18,9 @@ std::optional<std::string> findBinary(const std::vector<std::string>& candidates
 
 std::optional<std::string> run(const std::string& binary, const std::vector<std::string>& arguments,
                                double timeoutSeconds) {
-    auto outcome = ChildProcess::run(binary, arguments,
-                                     {.timeoutSeconds = timeoutSeconds, .killGraceSeconds = kKillGraceSeconds,
-                                      .maxOutputBytes = kMaxOutputBytes});
+    auto outcome = ChildProcess::run(
+        binary, arguments,
+        {.timeoutSeconds = timeoutSeconds, .killGraceSeconds = kKillGraceSeconds, .maxOutputBytes = kMaxOutputBytes});
     // A child stopped at its limit may have printed only part of what it meant to.
     if (!outcome || outcome->reachedTimeLimit || outcome->outputOverflowed || outcome->exitStatus != 0)
         return std::nullopt;

@@ -19,7 +19,8 @@ constexpr std::array<Row, 4> kRows{{
     {"pm.pnpm", "pnpm store prune", "删除 store 中不再被任何项目引用的包(官方推荐,只作用于现用版本)"},
     {"pm.homebrew", "brew cleanup --prune=all", "清理所有旧版本安装包与过期下载"},
     {"pm.go-build", "go clean -cache", "官方方式清空 Go 构建缓存"},
-    {"xcode.simulator-devices", "xcrun simctl delete unavailable", "删除已失效/系统版本过时的模拟器设备,现役模拟器不受影响"},
+    {"xcode.simulator-devices", "xcrun simctl delete unavailable",
+     "删除已失效/系统版本过时的模拟器设备,现役模拟器不受影响"},
 }};
 } // namespace
 

@@ -81,7 +81,7 @@ bool makePipe(FileDescriptor& readEnd, FileDescriptor& writeEnd) {
 }
 
 // Signals that a parent may ignore, and an ignored signal stays ignored across exec.
-constexpr int kDefaultedSignals[] = {SIGPIPE, SIGINT, SIGQUIT, SIGTERM, SIGHUP, SIGCHLD,
+constexpr int kDefaultedSignals[] = {SIGPIPE, SIGINT,  SIGQUIT, SIGTERM, SIGHUP,  SIGCHLD,
                                      SIGTSTP, SIGTTIN, SIGTTOU, SIGUSR1, SIGUSR2, SIGALRM};
 
 pid_t spawn(const std::string& executable, const std::vector<std::string>& arguments, int outputFd) {
@@ -129,8 +129,8 @@ pid_t spawn(const std::string& executable, const std::vector<std::string>& argum
     ::sigprocmask(SIG_SETMASK, &empty, nullptr);
     int in = ::open("/dev/null", O_RDONLY | O_CLOEXEC);
     int err = ::open("/dev/null", O_WRONLY | O_CLOEXEC);
-    if (in < 0 || err < 0 || ::dup2(in, STDIN_FILENO) < 0 || ::dup2(outputFd, STDOUT_FILENO) < 0 ||
-        ::dup2(err, STDERR_FILENO) < 0)
+    if (in < 0 || err < 0 || ::dup2(in, STDIN_FILENO) < 0 || ::dup2(outputFd, STDOUT_FILENO) < 0
+        || ::dup2(err, STDERR_FILENO) < 0)
         ::_exit(127);
     ::execve(executable.c_str(), argv.data(), environ);
     ::_exit(127);
@@ -142,8 +142,7 @@ pid_t spawn(const std::string& executable, const std::vector<std::string>& argum
 bool hasExited(pid_t pid) {
     siginfo_t info{};
     for (;;) {
-        if (::waitid(P_PID, static_cast<id_t>(pid), &info, WEXITED | WNOHANG | WNOWAIT) == 0)
-            return info.si_pid == pid;
+        if (::waitid(P_PID, static_cast<id_t>(pid), &info, WEXITED | WNOHANG | WNOWAIT) == 0) return info.si_pid == pid;
         if (errno != EINTR) return true; // no such child: nothing to wait for
     }
 }

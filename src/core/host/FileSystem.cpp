@@ -48,17 +48,31 @@ std::optional<std::string> resolvingSymlinks(const std::string& path) {
     return std::string(resolved.get());
 }
 
-std::optional<std::string> readSmallFile(const std::string& path, std::size_t maxBytes) {
+namespace {
+// Up to `bytes` bytes from the start; nothing if the file cannot be read or is no regular file.
+std::optional<std::string> readUpTo(const std::string& path, std::size_t bytes) {
     std::error_code ec;
     if (!std::filesystem::is_regular_file(path, ec)) return std::nullopt;
     std::ifstream in(path, std::ios::binary);
     if (!in) return std::nullopt;
-    std::string text(maxBytes + 1, '\0');
+    std::string text(bytes, '\0');
     in.read(text.data(), static_cast<std::streamsize>(text.size()));
     if (in.bad() || (in.fail() && !in.eof())) return std::nullopt;
-    const auto n = static_cast<std::size_t>(in.gcount());
-    if (n > maxBytes) return std::nullopt;
-    text.resize(n);
+    text.resize(static_cast<std::size_t>(in.gcount()));
+    return text;
+}
+} // namespace
+
+std::optional<std::string> readSmallFile(const std::string& path, std::size_t maxBytes) {
+    auto text = readUpTo(path, maxBytes + 1);
+    if (!text || text->size() > maxBytes) return std::nullopt;
+    return text;
+}
+
+std::optional<std::string> readHead(const std::string& path, std::size_t bytes) {
+    if (bytes == 0) return std::nullopt;
+    auto text = readUpTo(path, bytes);
+    if (!text || text->empty()) return std::nullopt;
     return text;
 }
 

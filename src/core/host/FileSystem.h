@@ -21,6 +21,9 @@ std::optional<std::string> resolvingSymlinks(const std::string& path);
 // A whole small file, or nothing if it cannot be read, is no regular file (a FIFO would wait for a
 // writer), or is longer than `maxBytes`.
 std::optional<std::string> readSmallFile(const std::string& path, std::size_t maxBytes);
+// The first `bytes` bytes of a regular file, fewer if it is shorter; nothing if it cannot be read,
+// is no regular file, or is empty.
+std::optional<std::string> readHead(const std::string& path, std::size_t bytes);
 
 // Whether the item itself (not what a link points at) belongs to the user running this process.
 bool isOwnedByCurrentUser(const std::string& path);

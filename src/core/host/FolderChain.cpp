@@ -27,7 +27,7 @@ int openFolderBelow(int parentFd, const char* name) {
     // openat2 refuses a mount, bind mounts of the same file system too, at no extra cost.
     static std::atomic<bool> lacksOpenat2{false};
     if (!lacksOpenat2.load(std::memory_order_relaxed)) {
-        open_how how {};
+        open_how how{};
         how.flags = kFolderFlags;
         how.resolve = RESOLVE_NO_XDEV | RESOLVE_NO_SYMLINKS;
         const long fd = ::syscall(SYS_openat2, parentFd, name, &how, sizeof how);
@@ -37,7 +37,8 @@ int openFolderBelow(int parentFd, const char* name) {
 #endif
     const int fd = ::openat(parentFd, name, kFolderFlags);
     if (fd < 0) return -1;
-    struct stat parent {}, child {};
+    struct stat parent {
+    }, child{};
     if (::fstat(parentFd, &parent) != 0 || ::fstat(fd, &child) != 0 || parent.st_dev != child.st_dev) {
         ::close(fd);
         errno = EXDEV;
@@ -118,8 +119,8 @@ void FolderChain::keepWithinBudget(std::size_t keep) {
         std::size_t victim = 0;
         for (std::size_t i : openLevels_) {
             if (i == keep || i == depth()) continue;
-            if (victim == 0 || std::countr_zero(i) < std::countr_zero(victim) ||
-                (std::countr_zero(i) == std::countr_zero(victim) && i < victim))
+            if (victim == 0 || std::countr_zero(i) < std::countr_zero(victim)
+                || (std::countr_zero(i) == std::countr_zero(victim) && i < victim))
                 victim = i;
         }
         if (victim == 0) return;

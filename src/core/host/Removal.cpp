@@ -17,9 +17,7 @@ constexpr std::size_t kOpenFolderBudget = 96;
 constexpr std::size_t kListedFailures = 10;
 constexpr const char* kLostReason = "was moved or replaced while it was being removed; left in place";
 
-std::string reasonFor(int error) {
-    return error == ESTALE ? kLostReason : std::generic_category().message(error);
-}
+std::string reasonFor(int error) { return error == ESTALE ? kLostReason : std::generic_category().message(error); }
 
 // Empties and removes the deepest folder of a chain whose level 1 is the item, depth first.
 class TreeRemover {
@@ -134,8 +132,7 @@ private:
 std::optional<std::string> deleteBelow(int parentFd, const std::string& name, const std::string& item,
                                        const std::optional<FileIdentity>& expected) {
     struct stat st {};
-    if (::fstatat(parentFd, name.c_str(), &st, AT_SYMLINK_NOFOLLOW) != 0)
-        return item + ": " + reasonFor(errno);
+    if (::fstatat(parentFd, name.c_str(), &st, AT_SYMLINK_NOFOLLOW) != 0) return item + ": " + reasonFor(errno);
     if (expected && identityOf(st) != *expected) return item + ": " + kReplacedReason;
     if (!S_ISDIR(st.st_mode)) {
         struct stat parent {};

@@ -18,7 +18,8 @@ namespace lumabroom::Removal {
 // what it can.
 // Nothing when the item is gone; otherwise one line per thing that failed (the first few), each
 // starting with its path.
-std::optional<std::string> deleteItem(const std::string& path, const std::optional<FileIdentity>& expected = std::nullopt);
+std::optional<std::string> deleteItem(const std::string& path,
+                                      const std::optional<FileIdentity>& expected = std::nullopt);
 
 // The reasons given for refusing an item, after its path and ": ".
 inline constexpr const char* kMountPointReason = "is a mount point of another file system and is left in place";

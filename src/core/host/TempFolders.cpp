@@ -89,7 +89,8 @@ std::vector<std::string> pathsInUse() {
         int process = ::openat(::dirfd(proc), entry->d_name, O_RDONLY | O_DIRECTORY | O_CLOEXEC);
         if (process < 0) continue;
         for (const char* link : {"cwd", "exe"})
-            if (std::string target = linkTarget(process, link); target.starts_with('/')) paths.push_back(std::move(target));
+            if (std::string target = linkTarget(process, link); target.starts_with('/'))
+                paths.push_back(std::move(target));
         int fds = ::openat(process, "fd", O_RDONLY | O_DIRECTORY | O_CLOEXEC);
         ::close(process);
         DIR* open = fds >= 0 ? ::fdopendir(fds) : nullptr;
@@ -118,9 +119,10 @@ std::vector<std::filesystem::path> offered(std::vector<std::filesystem::path> en
     const std::vector<std::string> inUse = pathsInUse();
     std::erase_if(entries, [&](const auto& entry) {
         // The kernel names what is open by its real path; the entry itself may be a link.
-        const std::string real = canonical(Paths::deletingLastPathComponent(entry.string())) + "/"
-                                 + entry.filename().string();
-        return std::any_of(inUse.begin(), inUse.end(), [&](const std::string& path) { return isAtOrBelow(path, real); });
+        const std::string real =
+            canonical(Paths::deletingLastPathComponent(entry.string())) + "/" + entry.filename().string();
+        return std::any_of(inUse.begin(), inUse.end(),
+                           [&](const std::string& path) { return isAtOrBelow(path, real); });
     });
     return entries;
 }

@@ -24,10 +24,8 @@ std::vector<std::string> candidates(Tool tool) {
     }
     constexpr bool mac = Platform::isMacOS();
     switch (tool) {
-    case Tool::git:
-        return {"/usr/bin/git", mac ? "/opt/homebrew/bin/git" : "/usr/local/bin/git"};
-    case Tool::sqlite3:
-        return {"/usr/bin/sqlite3"};
+    case Tool::git: return {"/usr/bin/git", mac ? "/opt/homebrew/bin/git" : "/usr/local/bin/git"};
+    case Tool::sqlite3: return {"/usr/bin/sqlite3"};
     case Tool::shell: {
         if (mac) return {"/bin/zsh"};
         std::string login = Paths::loginShell();
@@ -42,10 +40,8 @@ std::vector<std::string> candidates(Tool tool) {
             return {"/usr/local/bin/ollama", "/opt/homebrew/bin/ollama",
                     "/Applications/Ollama.app/Contents/Resources/ollama"};
         return {"/usr/local/bin/ollama", "/usr/bin/ollama"};
-    case Tool::xcrun:
-        return {"/usr/bin/xcrun"};
-    case Tool::open:
-        return {mac ? "/usr/bin/open" : "/usr/bin/xdg-open"};
+    case Tool::xcrun: return {"/usr/bin/xcrun"};
+    case Tool::open: return {mac ? "/usr/bin/open" : "/usr/bin/xdg-open"};
     }
     return {};
 }

@@ -18,7 +18,8 @@ namespace lumabroom::Trash {
 // the root file system for an item of the home folder. With `expected`, an item that is no longer
 // the one so identified is refused.
 // Nothing on success; otherwise the reason, preceded by the path.
-std::optional<std::string> moveToTrash(const std::string& path, const std::optional<FileIdentity>& expected = std::nullopt);
+std::optional<std::string> moveToTrash(const std::string& path,
+                                       const std::optional<FileIdentity>& expected = std::nullopt);
 
 // The reason given after the path and ": " where no Trash can take the item.
 inline constexpr const char* kNoTrashReason =

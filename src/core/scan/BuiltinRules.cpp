@@ -11,9 +11,7 @@
 
 namespace lumabroom {
 
-PathTable runningPathTable() {
-    return Platform::isMacOS() ? PathTable::macOS : PathTable::linuxOS;
-}
+PathTable runningPathTable() { return Platform::isMacOS() ? PathTable::macOS : PathTable::linuxOS; }
 
 std::string_view rawValue(PathTable table) {
     switch (table) {
@@ -48,6 +46,8 @@ constexpr auto reportOnly = SafetyLevel::reportOnly;
 constexpr std::string_view browserCacheNote =
     "网页与代码缓存,删后自动重建,不含 Cookie/登录态;浏览器开着时个别文件可能占用失败,建议先退出";
 
+// The rows are laid out by hand, one rule to a group of lines.
+// clang-format off
 std::vector<Row> xcodeRows() {
     return {
         {"xcode.derived-data", "DerivedData 编译产物", "各项目的中间编译产物与索引,重新编译即可再生", safe,
@@ -170,6 +170,7 @@ std::vector<Row> systemRows() {
          {"~/Downloads/*.dmg", "~/Downloads/*.pkg", "~/Downloads/*.xip", "~/Downloads/*.iso"}, std::nullopt},
     };
 }
+// clang-format on
 
 std::vector<CleanRule> rules(std::span<const Row> rows, Category category, PathTable table) {
     std::vector<CleanRule> result;
@@ -179,7 +180,8 @@ std::vector<CleanRule> rules(std::span<const Row> rows, Category category, PathT
         result.push_back(CleanRule{
             .id = std::string(row.id),
             .nameKey = std::string(row.nameKey),
-            .noteKey = std::string(table == PathTable::linuxOS && !row.linuxNoteKey.empty() ? row.linuxNoteKey : row.noteKey),
+            .noteKey =
+                std::string(table == PathTable::linuxOS && !row.linuxNoteKey.empty() ? row.linuxNoteKey : row.noteKey),
             .category = category,
             .paths = paths,
             .safety = row.safety,

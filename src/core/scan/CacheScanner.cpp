@@ -1,12 +1,13 @@
 #include "scan/CacheScanner.h"
 
+#include "concurrency/Cancellation.h"
+#include "concurrency/WorkerPool.h"
 #include "host/DirectoryReader.h"
 #include "host/FileSystem.h"
 #include "host/Paths.h"
 #include "host/TempFolders.h"
 #include "scan/DirectorySizer.h"
 #include "scan/PathExpander.h"
-#include "scan/WorkerPool.h"
 
 #include <algorithm>
 #include <condition_variable>
@@ -22,7 +23,36 @@ struct ScanStream::State {
     std::size_t outstanding = 0;
     std::atomic<bool> cancelled{false};
     RouteTable routes;
+    // Set for a push-style scan. Held while a callback runs, so that cancel() can wait for it;
+    // recursive because the callback itself may cancel.
+    CacheScanner::ResultHandler onResult;
+    CacheScanner::EndHandler onEnd;
+    std::recursive_mutex delivering;
+
+    void finish(std::optional<RuleScanResult> result);
 };
+
+void ScanStream::State::finish(std::optional<RuleScanResult> result) {
+    if (!onResult) {
+        {
+            std::lock_guard guard(mutex);
+            --outstanding;
+            if (result && !cancelled.load()) ready.push_back(std::move(*result));
+        }
+        changed.notify_all();
+        return;
+    }
+    // Decrementing under `delivering` puts every other task's callback before the end.
+    std::lock_guard deliver(delivering);
+    if (result && !cancelled.load()) onResult(std::move(*result));
+    bool last = false;
+    {
+        std::lock_guard guard(mutex);
+        last = --outstanding == 0;
+    }
+    changed.notify_all();
+    if (last && !cancelled.load() && onEnd) onEnd();
+}
 
 ScanStream::ScanStream(std::shared_ptr<State> state) : state_(std::move(state)) {}
 
@@ -39,9 +69,8 @@ ScanStream::~ScanStream() { cancel(); }
 std::optional<RuleScanResult> ScanStream::next() {
     if (!state_) return std::nullopt;
     std::unique_lock guard(state_->mutex);
-    state_->changed.wait(guard, [&] {
-        return state_->cancelled.load() || !state_->ready.empty() || state_->outstanding == 0;
-    });
+    state_->changed.wait(
+        guard, [&] { return state_->cancelled.load() || !state_->ready.empty() || state_->outstanding == 0; });
     if (state_->cancelled.load() || state_->ready.empty()) return std::nullopt;
     RuleScanResult result = std::move(state_->ready.front());
     state_->ready.pop_front();
@@ -56,6 +85,9 @@ void ScanStream::cancel() {
         state_->ready.clear();
     }
     state_->changed.notify_all();
+    if (state_->onResult) {
+        std::lock_guard waitForCallback(state_->delivering);
+    }
 }
 
 namespace CacheScanner {
@@ -80,14 +112,15 @@ RuleScanResult scanRule(const CleanRule& rule, const RouteTable& routes) {
     entries.reserve(locations.size());
     for (std::size_t i = 0; i < locations.size(); ++i)
         entries.push_back({std::move(locations[i]), sizes[i], std::nullopt, identities[i]});
-    std::stable_sort(entries.begin(), entries.end(), [](const ScanEntry& a, const ScanEntry& b) { return a.size > b.size; });
+    std::stable_sort(entries.begin(), entries.end(),
+                     [](const ScanEntry& a, const ScanEntry& b) { return a.size > b.size; });
     return {rule, std::move(entries)};
 }
 
-ScanStream scan(std::vector<CleanRule> rules, RouteTable routes) {
-    auto state = std::make_shared<ScanStream::State>();
+namespace {
+ScanStream start(std::vector<CleanRule> rules, std::shared_ptr<ScanStream::State> state) {
     state->outstanding = rules.size();
-    state->routes = std::move(routes);
+    if (rules.empty() && state->onEnd) state->onEnd();
     for (auto& rule : rules) {
         WorkerPool::submit([state, rule = std::move(rule)] {
             std::optional<RuleScanResult> result;
@@ -95,15 +128,26 @@ ScanStream scan(std::vector<CleanRule> rules, RouteTable routes) {
                 Cancellation::Scope scope(&state->cancelled);
                 result = scanRule(rule, state->routes);
             }
-            {
-                std::lock_guard guard(state->mutex);
-                --state->outstanding;
-                if (result && !state->cancelled.load()) state->ready.push_back(std::move(*result));
-            }
-            state->changed.notify_all();
+            state->finish(std::move(result));
         });
     }
     return ScanStream(std::move(state));
+}
+} // namespace
+
+ScanStream scan(std::vector<CleanRule> rules, RouteTable routes) {
+    auto state = std::make_shared<ScanStream::State>();
+    state->routes = std::move(routes);
+    return start(std::move(rules), std::move(state));
+}
+
+ScanStream scan(std::vector<CleanRule> rules, RouteTable routes, ResultHandler onResult, EndHandler onEnd) {
+    auto state = std::make_shared<ScanStream::State>();
+    state->routes = std::move(routes);
+    // A scan that wants no results still reports its end.
+    state->onResult = onResult ? std::move(onResult) : [](RuleScanResult) {};
+    state->onEnd = std::move(onEnd);
+    return start(std::move(rules), std::move(state));
 }
 
 } // namespace CacheScanner

@@ -1,9 +1,10 @@
 #include "scan/DirectorySizer.h"
 
+#include "concurrency/Cancellation.h"
+#include "concurrency/ParallelMap.h"
+#include "concurrency/WorkerPool.h"
 #include "host/DirectoryReader.h"
 #include "host/Platform.h"
-#include "scan/ParallelMap.h"
-#include "scan/WorkerPool.h"
 
 #include <algorithm>
 #include <cstring>
@@ -46,7 +47,8 @@ DirectoryStats makeStats(const Sums& sums) {
 
 // One level down: each shard's subfolders become shards, its files are counted on the way.
 // Nothing if not one folder could be read.
-std::optional<std::vector<Shard>> deepen(const std::vector<Shard>& shards, std::vector<Sums>& sums, bool exclusiveOnly) {
+std::optional<std::vector<Shard>> deepen(const std::vector<Shard>& shards, std::vector<Sums>& sums,
+                                         bool exclusiveOnly) {
     if (shards.empty()) return std::nullopt;
     std::vector<Shard> next;
     bool readAny = false;

@@ -53,7 +53,8 @@ std::vector<std::filesystem::path> expand(std::string_view pattern) {
                 auto names = FileSystem::listDirectory(location);
                 if (!names) continue;
                 for (const auto& name : *names)
-                    if (::fnmatch(glob.c_str(), name.c_str(), FNM_PERIOD) == 0) next.push_back(appending(location, name));
+                    if (::fnmatch(glob.c_str(), name.c_str(), FNM_PERIOD) == 0)
+                        next.push_back(appending(location, name));
             }
         } else {
             next.reserve(current.size());

@@ -44,7 +44,8 @@ bool isPlaceholder(std::string_view form) {
 // match, so "%1 %2 个" reads "Build Cache 3 个" as "Build Cache" and "3".
 bool match(std::string_view form, std::string_view text, Values& values) {
     if (form.empty()) return text.empty();
-    if (!isPlaceholder(form)) return !text.empty() && text[0] == form[0] && match(form.substr(1), text.substr(1), values);
+    if (!isPlaceholder(form))
+        return !text.empty() && text[0] == form[0] && match(form.substr(1), text.substr(1), values);
 
     const bool isCount = form[1] == 'n';
     std::size_t longest = text.size();
@@ -176,14 +177,6 @@ std::string displayName(AppLanguage language) {
     }
     return "";
 }
-
-std::string displayName(Category category) {
-    if (displayKeyIsLiteral(category)) return std::string(displayKey(category));
-    return Localization::text(displayKey(category));
-}
-
-std::string displayName(SafetyLevel level) { return Localization::text(displayKey(level)); }
-std::string displayName(DockerUsageKind kind) { return Localization::text(displayKey(kind)); }
 
 namespace Localization {
 

@@ -1,7 +1,5 @@
 #pragma once
 
-#include "scan/CleanRule.h"
-
 #include <array>
 #include <cstdint>
 #include <optional>
@@ -26,12 +24,9 @@ AppLanguage resolvedFromSystem(std::span<const std::string> preferences);
 // The same over the user's preferred interface languages of the platform.
 AppLanguage resolvedFromSystem();
 
-// Display names, looked up in the current language at each call. "简体中文", "English" and the
-// name of Category::code are the same in every language.
+// The display name, looked up in the current language at each call. "简体中文" and "English" are
+// the same in every language.
 std::string displayName(AppLanguage);
-std::string displayName(Category);
-std::string displayName(SafetyLevel);
-std::string displayName(DockerUsageKind);
 
 namespace Localization {
 

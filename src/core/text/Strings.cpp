@@ -51,16 +51,15 @@ struct Range {
 
 // Characters a terminal draws two cells wide: East Asian Wide and Fullwidth, and emoji.
 constexpr Range kWide[] = {
-    {0x1100, 0x115F},   {0x231A, 0x231B},   {0x2329, 0x232A},   {0x23E9, 0x23EC},   {0x2E80, 0x303E},
-    {0x3041, 0x33FF},   {0x3400, 0x4DBF},   {0x4E00, 0x9FFF},   {0xA000, 0xA4CF},   {0xA960, 0xA97F},
-    {0xAC00, 0xD7A3},   {0xF900, 0xFAFF},   {0xFE10, 0xFE19},   {0xFE30, 0xFE6F},   {0xFF00, 0xFF60},
-    {0xFFE0, 0xFFE6},   {0x1F300, 0x1F64F}, {0x1F900, 0x1F9FF}, {0x20000, 0x2FFFD}, {0x30000, 0x3FFFD},
+    {0x1100, 0x115F}, {0x231A, 0x231B},   {0x2329, 0x232A},   {0x23E9, 0x23EC},   {0x2E80, 0x303E},
+    {0x3041, 0x33FF}, {0x3400, 0x4DBF},   {0x4E00, 0x9FFF},   {0xA000, 0xA4CF},   {0xA960, 0xA97F},
+    {0xAC00, 0xD7A3}, {0xF900, 0xFAFF},   {0xFE10, 0xFE19},   {0xFE30, 0xFE6F},   {0xFF00, 0xFF60},
+    {0xFFE0, 0xFFE6}, {0x1F300, 0x1F64F}, {0x1F900, 0x1F9FF}, {0x20000, 0x2FFFD}, {0x30000, 0x3FFFD},
 };
 // Characters drawn on the cell before them, or not at all.
 constexpr Range kZeroWidth[] = {
-    {0x0300, 0x036F}, {0x0483, 0x0489}, {0x0591, 0x05BD}, {0x0610, 0x061A}, {0x064B, 0x065F},
-    {0x200B, 0x200F}, {0x202A, 0x202E}, {0x2060, 0x2064}, {0x20D0, 0x20FF}, {0xFE00, 0xFE0F},
-    {0xFE20, 0xFE2F}, {0xFEFF, 0xFEFF},
+    {0x0300, 0x036F}, {0x0483, 0x0489}, {0x0591, 0x05BD}, {0x0610, 0x061A}, {0x064B, 0x065F}, {0x200B, 0x200F},
+    {0x202A, 0x202E}, {0x2060, 0x2064}, {0x20D0, 0x20FF}, {0xFE00, 0xFE0F}, {0xFE20, 0xFE2F}, {0xFEFF, 0xFEFF},
 };
 
 template <std::size_t N>
@@ -122,7 +121,7 @@ std::size_t displayWidth(std::string_view utf8) {
         const char32_t c = decoded(utf8.substr(i, n));
         i += n;
         if (isIn(kZeroWidth, c) || isControl(c)) continue;
-        width += isIn(kWide, c) ? 2 : 1;
+        width += isIn(kWide, c) ? 2u : 1u;
     }
     return width;
 }
@@ -144,13 +143,15 @@ std::string quotedForTerminal(std::string_view name) {
         needed = true;
         static constexpr std::pair<char32_t, char> named[] = {{'\a', 'a'}, {'\b', 'b'}, {'\t', 't'}, {'\n', 'n'},
                                                               {'\v', 'v'}, {'\f', 'f'}, {'\r', 'r'}, {0x1B, 'E'}};
-        const auto* known = std::find_if(std::begin(named), std::end(named), [c](const auto& p) { return p.first == c; });
+        const auto* known =
+            std::find_if(std::begin(named), std::end(named), [c](const auto& p) { return p.first == c; });
         if (n == 1 && known != std::end(named)) {
             body += '\\';
             body += known->second;
         } else {
             // A C1 control, or a byte that is no UTF-8, byte by byte.
-            for (unsigned char byte : name.substr(i, n ? n : invalid)) {
+            for (char raw : name.substr(i, n ? n : invalid)) {
+                const auto byte = static_cast<unsigned char>(raw);
                 body += "\\x";
                 body += hex[byte >> 4];
                 body += hex[byte & 15];

@@ -84,7 +84,8 @@ std::vector<DockerItem> items(const json& object, const char* key, DockerItem (*
     if (rows == object.end() || !rows->is_array()) return list;
     if (!std::all_of(rows->begin(), rows->end(), [](const json& row) { return row.is_object(); })) return list;
     for (const auto& row : *rows) list.push_back(make(row));
-    std::stable_sort(list.begin(), list.end(), [](const DockerItem& a, const DockerItem& b) { return a.size > b.size; });
+    std::stable_sort(list.begin(), list.end(),
+                     [](const DockerItem& a, const DockerItem& b) { return a.size > b.size; });
     return list;
 }
 

@@ -17,7 +17,7 @@ struct DockerItem {
     std::string name;   // what the user sees
     std::string detail; // the secondary line
     std::int64_t size = 0;
-    std::string ref;    // what the removing docker command is given
+    std::string ref; // what the removing docker command is given
 
     // "<kind>:<ref>", as in "image:0123456789ab": the same id is the same item for removal.
     std::string id() const;

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "scan/CleanRule.h"
+#include "scan/DockerUsageKind.h"
 
 #include <array>
 #include <optional>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "scan/CleanRule.h"
+#include "scan/ScanEntry.h"
 #include "tools/DockerCLI.h"
 
 #include <filesystem>

@@ -4,6 +4,7 @@
 #include "host/DirectoryReader.h"
 #include "host/FileSystem.h"
 #include "host/Paths.h"
+#include "host/Saturating.h"
 #include "host/ToolPaths.h"
 
 #include <nlohmann/json.hpp>
@@ -21,12 +22,6 @@ using nlohmann::json;
 constexpr double kRemoveTimeoutSeconds = 60;
 // A manifest is a few kilobytes; a larger file below "manifests" is no manifest and is not read.
 constexpr std::uintmax_t kMaxManifestBytes = 16 * 1024 * 1024;
-
-std::int64_t plus(std::int64_t a, std::int64_t b) {
-    std::int64_t sum = 0;
-    if (!__builtin_add_overflow(a, b, &sum)) return sum;
-    return b > 0 ? std::numeric_limits<std::int64_t>::max() : std::numeric_limits<std::int64_t>::min();
-}
 
 // An integral JSON number as a signed 64-bit count; anything else is 0.
 std::int64_t sizeOf(const json& object) {
@@ -90,8 +85,8 @@ std::optional<std::int64_t> manifestSize(std::string_view text) {
     if (!manifest.is_object()) return std::nullopt;
     std::int64_t total = 0;
     if (auto layers = manifest.find("layers"); layers != manifest.end() && layers->is_array())
-        for (const auto& layer : *layers) total = plus(total, sizeOf(layer));
-    if (auto config = manifest.find("config"); config != manifest.end()) total = plus(total, sizeOf(*config));
+        for (const auto& layer : *layers) total = saturatingAdd(total, sizeOf(layer));
+    if (auto config = manifest.find("config"); config != manifest.end()) total = saturatingAdd(total, sizeOf(*config));
     return total;
 }
 
@@ -102,7 +97,8 @@ std::optional<std::vector<ScanEntry>> entries(const std::filesystem::path& model
     std::vector<ScanEntry> found;
     walk(root, manifests, found);
     if (found.empty()) return std::nullopt;
-    std::stable_sort(found.begin(), found.end(), [](const ScanEntry& a, const ScanEntry& b) { return a.size > b.size; });
+    std::stable_sort(found.begin(), found.end(),
+                     [](const ScanEntry& a, const ScanEntry& b) { return a.size > b.size; });
     return found;
 }
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "scan/CleanRule.h"
+#include "scan/ScanEntry.h"
 
 #include <cstdint>
 #include <filesystem>

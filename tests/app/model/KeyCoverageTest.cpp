@@ -6,6 +6,7 @@
 #include "DisplayName.h"
 #include "VisibleGroup.h"
 
+#include "scan/Category.h"
 #include "support/Text.h"
 #include "text/Formatting.h"
 #include "text/Localization.h"

@@ -34,7 +34,9 @@ TEST(ClaudeProjects, FirstCwdWalksTheCharactersOfTheFirstKeyOnly) {
         {R"({"cwd":"C:\\dir\n"})", "C:\\dirn"}, // an escape keeps the next character, undecoded
         {R"({"cwd":null,"x":"/y"})", std::nullopt},
         {R"({"field":"cwd","cwd":"/real"})", std::nullopt}, // only the first "cwd" is tried
-        {R"({"cwd":"/a/b)", std::nullopt}, {R"({"cwd":"/a\)", std::nullopt}, {R"({"cwd":""})", std::nullopt},
+        {R"({"cwd":"/a/b)", std::nullopt},
+        {R"({"cwd":"/a\)", std::nullopt},
+        {R"({"cwd":""})", std::nullopt},
     };
     for (const auto& [text, expected] : cases) EXPECT_EQ(ClaudeProjects::firstCwd(text), expected) << text;
 }
@@ -75,8 +77,10 @@ TEST(ClaudeProjects, ProjectsAreMeasuredNamedAndTrimmedByTheirSessionFilesOnly) 
     std::vector<std::tuple<std::string, std::int64_t, std::string>> found;
     for (const auto& e : ClaudeProjects::sessionEntries())
         found.emplace_back(e.url.lexically_relative(projects), e.size, e.label ? e.label->text() : "none");
-    EXPECT_EQ(found, (decltype(found){{"p-dated", 5100, "~/work"}, {"p-mixed", 2000, "/opt/tool"},
-                                      {"p-home", 1000, "~"}, {"p-empty-newest", 300, "none"}}));
+    EXPECT_EQ(found, (decltype(found){{"p-dated", 5100, "~/work"},
+                                      {"p-mixed", 2000, "/opt/tool"},
+                                      {"p-home", 1000, "~"},
+                                      {"p-empty-newest", 300, "none"}}));
     const auto seeds = ClaudeProjects::workspaceSeeds();
     EXPECT_EQ(std::multiset<std::string>(seeds.begin(), seeds.end()),
               (std::multiset<std::string>{home + "/work", "/opt/tool", home}));

@@ -12,10 +12,14 @@ namespace lumabroom::test {
 ProcessResult git(const fs::path& dir, const std::vector<std::string>& args, bool mayFail) {
     std::vector<std::string> argv{"/usr/bin/git", "-C", dir.string()};
     argv.insert(argv.end(), args.begin(), args.end());
-    auto result = runProcess(argv, {{"PATH", "/usr/bin:/bin:/usr/local/bin"}, {"HOME", dir.string()},
-                                    {"GIT_CONFIG_NOSYSTEM", "1"}, {"GIT_CONFIG_GLOBAL", "/dev/null"},
-                                    {"GIT_AUTHOR_NAME", "Tester"}, {"GIT_AUTHOR_EMAIL", "tester@example.com"},
-                                    {"GIT_COMMITTER_NAME", "Tester"}, {"GIT_COMMITTER_EMAIL", "tester@example.com"}});
+    auto result = runProcess(argv, {{"PATH", "/usr/bin:/bin:/usr/local/bin"},
+                                    {"HOME", dir.string()},
+                                    {"GIT_CONFIG_NOSYSTEM", "1"},
+                                    {"GIT_CONFIG_GLOBAL", "/dev/null"},
+                                    {"GIT_AUTHOR_NAME", "Tester"},
+                                    {"GIT_AUTHOR_EMAIL", "tester@example.com"},
+                                    {"GIT_COMMITTER_NAME", "Tester"},
+                                    {"GIT_COMMITTER_EMAIL", "tester@example.com"}});
     if (!mayFail) {
         EXPECT_EQ(result.status, 0) << "git " << args.front() << " in " << dir << ": " << result.err;
     }

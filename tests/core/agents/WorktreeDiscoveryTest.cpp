@@ -20,8 +20,8 @@ using Facts = std::tuple<std::string, std::optional<std::string>, int, int, bool
 std::map<std::string, Facts> factsOf(const std::vector<WorktreeInfo>& list) {
     std::map<std::string, Facts> facts;
     for (const auto& w : list)
-        facts[w.path.string()] = {w.parentRepo.string(), w.branch, w.dirtyFiles, w.orphanCommits, w.hasRemote,
-                                  w.isRisky()};
+        facts[w.path.string()] = {w.parentRepo.string(), w.branch,    w.dirtyFiles,
+                                  w.orphanCommits,       w.hasRemote, w.isRisky()};
     return facts;
 }
 
@@ -110,7 +110,8 @@ TEST(WorktreeDiscovery, EachExistingWorktreeOnceWhenHomeIsALink) {
     git(repo, {"worktree", "add", "-q", "-b", "kept", kept.string()});
     git(repo, {"worktree", "add", "-q", "-b", "gone", gone.string()});
     fs::remove_all(gone);
-    ASSERT_NE(git(repo, {"worktree", "list", "--porcelain"}).out.find("worktree " + gone.string() + "\n"), std::string::npos);
+    ASSERT_NE(git(repo, {"worktree", "list", "--porcelain"}).out.find("worktree " + gone.string() + "\n"),
+              std::string::npos);
     writeText(h.home / ".claude/projects/p1/s.jsonl", "{\"cwd\":\"" + (link / "src/repo").string() + "\"}\n");
 
     std::vector<WorktreeInfo> last;

@@ -31,8 +31,16 @@ TEST(WorktreeState, FilteredSeedsUseStringPrefixesAndKeepFirstOccurrences) {
     for (const char* file : {"Library/x/f", "Library2/f", ".codex/worktrees/a/f", "Documents/Codex/p/f", "file.txt"})
         h.write(file, "");
     // "Library2" goes too: the prefixes are plain strings.
-    const std::vector<std::string> seeds{repo, "/", home, "/tmp", home + "/.codex/worktrees/a", home + "/Library/x",
-                                         home + "/Documents/Codex/p", home + "/file.txt", repo, home + "/Library2"};
+    const std::vector<std::string> seeds{repo,
+                                         "/",
+                                         home,
+                                         "/tmp",
+                                         home + "/.codex/worktrees/a",
+                                         home + "/Library/x",
+                                         home + "/Documents/Codex/p",
+                                         home + "/file.txt",
+                                         repo,
+                                         home + "/Library2"};
     EXPECT_EQ(WorktreeDiscovery::filteredSeeds(seeds, home), std::vector<fs::path>{repo});
 }
 
@@ -82,8 +90,8 @@ TEST(WorktreeState, RealRepositoriesInKnownStates) {
     fs::remove_all(doomed);
 
     const std::pair<fs::path, WorktreeState> cases[] = {
-        {feature, {"feature", 0, 0}},     {dirty, {"dirty", 7, 0}}, {past, {std::nullopt, 0, 1}},
-        {onBranch, {std::nullopt, 0, 0}}, {empty, {"main", 0, 0}},  {left, {std::nullopt, 0, 0}},
+        {feature, {"feature", 0, 0}},           {dirty, {"dirty", 7, 0}}, {past, {std::nullopt, 0, 1}},
+        {onBranch, {std::nullopt, 0, 0}},       {empty, {"main", 0, 0}},  {left, {std::nullopt, 0, 0}},
         {t.dir("plain"), {std::nullopt, 0, 0}},
     };
     for (const auto& [path, expected] : cases) EXPECT_EQ(WorktreeDiscovery::collectState(path), expected) << path;

@@ -87,8 +87,10 @@ TEST(Cleaner, ReportsEachEntryInOrderAndAFailureStopsNothing) {
         h.t.file(name + "/build/objects/one.o", 3000);
         h.t.file(name + "/empty.log");
         h.t.symlink(name + "/link", area / "build");
-        const std::vector<ScanEntry> entries{{area / "missing", 500, {}}, {area / "build", 8192, {}},
-                                             {area / "build", 8192, {}}, {area / "empty.log", 0, {}}};
+        const std::vector<ScanEntry> entries{{area / "missing", 500, {}},
+                                             {area / "build", 8192, {}},
+                                             {area / "build", 8192, {}},
+                                             {area / "empty.log", 0, {}}};
         const auto before = snapshot(h.t.root());
         EXPECT_EQ(Cleaner::clean(entries, method, true), (CleanResult{urls(entries), {}, 16884}));
         EXPECT_EQ(snapshot(h.t.root()), before) << "a dry run touches nothing";
@@ -144,13 +146,17 @@ TEST(Cleaner, NothingOutsideTheEntriesIsTouchedAndTheTrashCanPutItBack) {
         t.file("work/tree/a/b/c/d/e/deep.txt", 10);
         const auto victimBefore = snapshot(victim), workBefore = snapshot(work);
 
-        const std::vector<ScanEntry> entries{
-            {work / "links/to-folder", 1, {}}, {work / "links/to-file", 2, {}}, {work / "links/relative", 3, {}},
-            {fs::path((work / "links/trailing").string() + "/"), 4, {}},       {work / "again/to-file", 5, {}},
-            {work / "notes é 100%.txt", 6, {}},                                 {work / "tree", 7, {}}};
+        const std::vector<ScanEntry> entries{{work / "links/to-folder", 1, {}},
+                                             {work / "links/to-file", 2, {}},
+                                             {work / "links/relative", 3, {}},
+                                             {fs::path((work / "links/trailing").string() + "/"), 4, {}},
+                                             {work / "again/to-file", 5, {}},
+                                             {work / "notes é 100%.txt", 6, {}},
+                                             {work / "tree", 7, {}}};
         // A link frees its own blocks (a long target takes one), not the size measured at its target.
         std::int64_t linkBytes = 0;
-        for (const char* link : {"links/to-folder", "links/to-file", "links/relative", "links/trailing", "again/to-file"})
+        for (const char* link :
+             {"links/to-folder", "links/to-file", "links/relative", "links/trailing", "again/to-file"})
             linkBytes += allocatedBytes(work / link);
         EXPECT_EQ(Cleaner::clean(entries, method, false), (CleanResult{urls(entries), {}, linkBytes + 6 + 7}));
         EXPECT_EQ(snapshot(victim), victimBefore);

@@ -46,9 +46,9 @@ TEST(CommandRunner, GivesStandardOutputOnlyForStatusZeroAndValidUtf8) {
         {"cat; echo after", "after\n"},
         {"printf 'h\\303\\251llo \\342\\202\\254 \\360\\235\\204\\236'", "h\xC3\xA9llo \xE2\x82\xAC \xF0\x9D\x84\x9E"},
         {"printf 'ok\\377'", std::nullopt},
-        {"printf '\\300\\257'", std::nullopt},           // overlong
-        {"printf '\\355\\240\\200'", std::nullopt},      // surrogate
-        {"printf 'euro \\342\\202'", std::nullopt},      // cut short
+        {"printf '\\300\\257'", std::nullopt},      // overlong
+        {"printf '\\355\\240\\200'", std::nullopt}, // surrogate
+        {"printf 'euro \\342\\202'", std::nullopt}, // cut short
     };
     // Our own standard input never delivers, as a terminal nobody types into.
     int never[2];
@@ -91,20 +91,22 @@ TEST(CommandRunner, NoCallOutlivesItsLimitAndTheGroupGoesWithIt) {
         bool leftAlive;
     };
     const Case cases[] = {
-        {"waits on a child", "echo started; sleep 30 & echo $! > \"$1\"; wait", limit, std::nullopt, limit + grace / 2, "", false},
-        {"closes its output and waits", "exec >&-; sleep 30 & echo $! > \"$1\"; wait", limit, std::nullopt, limit + grace / 2, "",
-         false},
+        {"waits on a child", "echo started; sleep 30 & echo $! > \"$1\"; wait", limit, std::nullopt, limit + grace / 2,
+         "", false},
+        {"closes its output and waits", "exec >&-; sleep 30 & echo $! > \"$1\"; wait", limit, std::nullopt,
+         limit + grace / 2, "", false},
         {"ignores the request",
          "trap 'echo term >> \"$1.term\"' TERM\n(trap '' TERM; exec sleep 30) & echo $! > \"$1\"\n"
          "while :; do wait; done",
          limit, std::nullopt, limit + grace + 1.5, "term\n", false},
         // The leader exits in time: its output counts, and what it left in its group is ended.
         {"grandchild holds the pipe", "sleep 30 & echo $! > \"$1\"; echo done; exit 0", 20, "done\n", soon, "", false},
-        {"grandchild closed the pipe", "sleep 30 >/dev/null & echo $! > \"$1\"; echo done", 20, "done\n", soon, "", false},
-        {"grandchild ignores the request",
-         "(trap '' TERM; exec sleep 30) >/dev/null & echo $! > \"$1\"; echo done", 20, "done\n", soon, "", false},
-        {"grandchild left the group", "/usr/bin/setsid sleep 30 & echo $! > \"$1\"; echo done; exit 0", 20, "done\n", soon,
-         "", true},
+        {"grandchild closed the pipe", "sleep 30 >/dev/null & echo $! > \"$1\"; echo done", 20, "done\n", soon, "",
+         false},
+        {"grandchild ignores the request", "(trap '' TERM; exec sleep 30) >/dev/null & echo $! > \"$1\"; echo done", 20,
+         "done\n", soon, "", false},
+        {"grandchild left the group", "/usr/bin/setsid sleep 30 & echo $! > \"$1\"; echo done; exit 0", 20, "done\n",
+         soon, "", true},
         {"endless output", "echo $$ > \"$1\"; exec yes", 20, std::nullopt, soon, "", false},
     };
     int index = 0;
@@ -128,9 +130,11 @@ TEST(CommandRunner, OutputBeyondTheCapIsAFailure) {
     TempTree t;
     for (const std::size_t size : {CommandRunner::kMaxOutputBytes, CommandRunner::kMaxOutputBytes + 1}) {
         SCOPED_TRACE(size);
-        const auto output = CommandRunner::run(
-            writeScript(t, "big" + std::to_string(size), "head -c " + std::to_string(size) + " /dev/zero | tr '\\000' a"),
-            {}, 30);
-        EXPECT_EQ(output, size <= CommandRunner::kMaxOutputBytes ? std::optional(std::string(size, 'a')) : std::nullopt);
+        const auto output =
+            CommandRunner::run(writeScript(t, "big" + std::to_string(size),
+                                           "head -c " + std::to_string(size) + " /dev/zero | tr '\\000' a"),
+                               {}, 30);
+        EXPECT_EQ(output,
+                  size <= CommandRunner::kMaxOutputBytes ? std::optional(std::string(size, 'a')) : std::nullopt);
     }
 }

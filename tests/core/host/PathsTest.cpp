@@ -24,7 +24,8 @@ TEST(Paths, HomeFromEnvironmentElseThePasswordDatabase) {
 
 TEST(Paths, TemporaryFolderAlwaysEndsInSlash) {
     if (!Paths::temporaryDirectoryIsShared()) GTEST_SKIP() << "the system gives the per-user folder";
-    for (const auto& [variable, expected] : {std::pair{"/var/tmp/x", "/var/tmp/x/"}, {"/var/tmp/y/", "/var/tmp/y/"}, {"", "/tmp/"}}) {
+    for (const auto& [variable, expected] :
+         {std::pair{"/var/tmp/x", "/var/tmp/x/"}, {"/var/tmp/y/", "/var/tmp/y/"}, {"", "/tmp/"}}) {
         ScopedEnv env({{"TMPDIR", variable}});
         EXPECT_EQ(Paths::temporaryDirectory(), expected);
     }

@@ -3,8 +3,8 @@
 // ends through the host's quit. "pool": the work is a plain wait, and main returns.
 
 #include "clean/CommandRunner.h"
+#include "concurrency/WorkerPool.h"
 #include "host/Platform.h"
-#include "scan/WorkerPool.h"
 
 #include <atomic>
 #include <chrono>

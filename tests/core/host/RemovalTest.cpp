@@ -55,8 +55,8 @@ TEST(Removal, NeverLeavesTheFileSystemOfTheItem) {
         EXPECT_EQ(names(t / "item"), (std::set<std::string>{"deep", "first"}));
         EXPECT_EQ(names(t / "item/deep"), (std::set<std::string>{"1"}));
         EXPECT_EQ(names(t / "item/deep/1"), (std::set<std::string>{"second"}));
-        const std::set<std::string> mounted = kind == Kind::tmpfs ? std::set<std::string>{"kept.txt"}
-                                                                  : std::set<std::string>{"kept-too.txt", "kept.txt"};
+        const std::set<std::string> mounted =
+            kind == Kind::tmpfs ? std::set<std::string>{"kept.txt"} : std::set<std::string>{"kept-too.txt", "kept.txt"};
         EXPECT_EQ(names(t / "item/first"), mounted);
 
         // A mount point as the item is refused whole.
@@ -121,8 +121,8 @@ TEST(Removal, AnyDepthWithinALowLimitOfOpenFiles) {
 TEST(Removal, RefusesNamesThatAreNoItem) {
     TempTree t;
     t.file("x/keep.txt", 10);
-    for (const std::string& path : {(t / "x/..").string(), (t / "x/.").string(), (t / "x/../").string(),
-                                   (t / "x/./").string(), std::string()}) {
+    for (const std::string& path :
+         {(t / "x/..").string(), (t / "x/.").string(), (t / "x/../").string(), (t / "x/./").string(), std::string()}) {
         SCOPED_TRACE(path);
         EXPECT_EQ(Removal::deleteItem(path), path + ": Invalid argument");
     }

@@ -1,5 +1,5 @@
-#include "host/Paths.h"
 #include "host/TempFolders.h"
+#include "host/Paths.h"
 #include "scan/BuiltinRules.h"
 #include "scan/CacheScanner.h"
 
@@ -114,7 +114,8 @@ TEST(TempFolders, SharedFolderOffersOnlyTheUsersIdleEntries) {
 
     EXPECT_EQ(names(TempFolders::offered(everything(tmp))), expected);
     std::vector<fs::path> scanned;
-    for (const auto& entry : CacheScanner::scanRule(*BuiltinRules::find("sys.tmp-folders", PathTable::linuxOS), {}).entries)
+    for (const auto& entry :
+         CacheScanner::scanRule(*BuiltinRules::find("sys.tmp-folders", PathTable::linuxOS), {}).entries)
         scanned.push_back(entry.url);
     EXPECT_EQ(names(scanned), expected);
 }

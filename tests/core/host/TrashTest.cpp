@@ -124,7 +124,8 @@ TEST(Trash, AVolumeWithoutAUsableTrashSaysSoAndKeepsTheItem) {
 
 TEST(Trash, AHomeItemNeverMakesATrashAtTheTopOfTheSystemVolume) {
     TempTree t;
-    struct stat top {}, tree {};
+    struct stat top {
+    }, tree{};
     if (::stat("/", &top) != 0 || ::stat(t.root().c_str(), &tree) != 0 || top.st_dev != tree.st_dev)
         GTEST_SKIP() << "the temporary folder is not on the system volume";
     const fs::path rootTrash = "/.Trash-" + uid();

@@ -1,14 +1,17 @@
 #include "scan/CacheScanner.h"
 
+#include "concurrency/Cancellation.h"
+#include "concurrency/WorkerPool.h"
 #include "host/DirectoryReader.h"
-#include "scan/WorkerPool.h"
 
 #include "support/TempTree.h"
 
 #include <gtest/gtest.h>
 
+#include <atomic>
 #include <future>
 #include <map>
+#include <thread>
 
 using namespace lumabroom;
 using lumabroom::test::allocatedBytes;
@@ -48,7 +51,8 @@ TEST(CacheScanner, RuleTakesItsOwnRouteElseItsPatternsSortedLargestFirstKeepingP
     for (int i = 0; i < 24; ++i) patterns.push_back(t.file("tie" + std::to_string(i * 7 % 24), 4096).string());
     for (const char* name : {"big", "absent"}) patterns.push_back((t / name).string());
     // A route's list keeps its own order; a route without an answer falls back to the patterns.
-    const std::vector<ScanEntry> own{{"/made/up", 7, EntryLabel{LiteralLabel{"x"}}}, {"/made/bigger", 70, std::nullopt}};
+    const std::vector<ScanEntry> own{{"/made/up", 7, EntryLabel{LiteralLabel{"x"}}},
+                                     {"/made/bigger", 70, std::nullopt}};
     RouteTable routes{{"own", [&] { return std::optional(own); }},
                       {"fallback", [] { return std::optional<std::vector<ScanEntry>>(); }}};
     EXPECT_EQ(CacheScanner::scanRule(rule("own", patterns), routes).entries, own);
@@ -56,7 +60,7 @@ TEST(CacheScanner, RuleTakesItsOwnRouteElseItsPatternsSortedLargestFirstKeepingP
     std::vector<std::pair<std::string, std::int64_t>> entries, expected{{"big", allocatedBytes(big)}};
     for (const auto& e : r.entries) entries.emplace_back(e.url.filename().string(), e.size);
     const std::int64_t tie = allocatedBytes(t / "tie0");
-    for (int i = 1; i <= 24; ++i) expected.emplace_back(fs::path(patterns[i]).filename().string(), tie);
+    for (std::size_t i = 1; i <= 24; ++i) expected.emplace_back(fs::path(patterns[i]).filename().string(), tie);
     expected.emplace_back("zero", 0);
     EXPECT_EQ(entries, expected);
 }
@@ -94,4 +98,73 @@ TEST(CacheScanner, EachEntryRecordsTheIdentityOfTheItemItselfButShowsAndCompares
         EXPECT_EQ(std::hash<ScanEntry>{}(without), std::hash<ScanEntry>{}(entry));
     }
     EXPECT_NE(identityOf(link.string()), identityOf(folder.string())) << "a link is recorded as itself";
+}
+
+TEST(CacheScanner, PushedScanHandsEveryRuleOnceOneCallAtATimeThenEndsOnce) {
+    TempTree t;
+    t.file("a/x", 5000);
+    std::vector<CleanRule> rules;
+    for (int i = 0; i < 40; ++i)
+        rules.push_back(rule(std::to_string(i), i % 2 ? std::vector{(t / "a").string()} : std::vector<std::string>{}));
+    std::atomic<int> inCallback{0}, overlaps{0};
+    std::map<std::string, std::size_t> entryCounts;
+    std::promise<std::size_t> ended;
+    auto stream = CacheScanner::scan(
+        rules, {},
+        [&](RuleScanResult r) {
+            if (inCallback.fetch_add(1) != 0) overlaps.fetch_add(1);
+            entryCounts.emplace(r.id(), r.entries.size());
+            inCallback.fetch_sub(1);
+        },
+        [&] { ended.set_value(entryCounts.size()); });
+    EXPECT_EQ(ended.get_future().get(), 40u) << "the end comes after every result";
+    EXPECT_EQ(overlaps.load(), 0);
+    for (int i = 0; i < 40; ++i) EXPECT_EQ(entryCounts[std::to_string(i)], i % 2 ? 1u : 0u) << i;
+    EXPECT_EQ(stream.next(), std::nullopt);
+
+    std::promise<void> emptyEnded;
+    auto none = CacheScanner::scan({}, {}, nullptr, [&] { emptyEnded.set_value(); });
+    EXPECT_EQ(emptyEnded.get_future().wait_for(std::chrono::seconds(0)), std::future_status::ready);
+}
+
+TEST(CacheScanner, PushedScanCancelledFromItsCallbackOrOutsideCallsNothingMore) {
+    // Cancelled from inside the first callback: no second result, no end.
+    std::vector<CleanRule> rules;
+    for (int i = 0; i < 30; ++i) rules.push_back(rule(std::to_string(i), {}));
+    std::atomic<int> results{0}, ends{0};
+    std::optional<ScanStream> stream;
+    std::promise<void> first, held;
+    stream = CacheScanner::scan(
+        rules, {},
+        [&, streamHeld = held.get_future().share()](RuleScanResult) {
+            if (results.fetch_add(1) == 0) {
+                streamHeld.wait();
+                stream->cancel();
+                first.set_value();
+            }
+        },
+        [&] { ends.fetch_add(1); });
+    held.set_value();
+    first.get_future().wait();
+    stream.reset();
+    EXPECT_EQ(results.load(), 1);
+    EXPECT_EQ(ends.load(), 0);
+
+    // Cancelled from outside while a callback runs: cancel() returns only once it is over. Whether
+    // the end comes first depends on which of the two threads wins, so it is not checked here.
+    std::promise<void> inside, release;
+    std::atomic<bool> callbackOver{false};
+    auto slow = CacheScanner::scan(
+        {rule("slow", {})}, {},
+        [&, released = release.get_future().share()](RuleScanResult) {
+            inside.set_value();
+            released.wait();
+            callbackOver = true;
+        },
+        [&] { ends.fetch_add(1); });
+    inside.get_future().wait();
+    std::thread releaser([&] { release.set_value(); });
+    slow.cancel();
+    EXPECT_TRUE(callbackOver.load());
+    releaser.join();
 }

@@ -1,6 +1,7 @@
 #include "scan/DirectorySizer.h"
-#include "scan/ParallelMap.h"
-#include "scan/WorkerPool.h"
+#include "concurrency/Cancellation.h"
+#include "concurrency/ParallelMap.h"
+#include "concurrency/WorkerPool.h"
 
 #include "host/Platform.h"
 #include "host/Removal.h"
@@ -42,7 +43,8 @@ TEST(DirectorySizer, CountsAllocatedBlocksOfReadableRegularFilesOnlyAndFollowsNo
     });
     EXPECT_EQ(measured, allocatedBytes(a) + allocatedBytes(sparse) + allocatedBytes(odd));
     const std::vector roots{t / "dirlink", t / "filelink", t / "dangling", t / "missing"};
-    EXPECT_EQ(DirectorySizer::sizes(roots, false), (std::vector<std::int64_t>{allocatedBytes(odd), allocatedBytes(a), 0, 0}));
+    EXPECT_EQ(DirectorySizer::sizes(roots, false),
+              (std::vector<std::int64_t>{allocatedBytes(odd), allocatedBytes(a), 0, 0}));
 }
 
 TEST(DirectorySizer, HardLinksCountEachTimeUnlessExclusiveOnlyAndOnlyFileTimesAfter1970Count) {
@@ -68,13 +70,17 @@ TEST(DirectorySizer, EveryRootCompletesExactlyOnceWithItsFinalStats) {
     for (int i = 0; i < 40; ++i) t.file("wide/d" + std::to_string(i) + "/e/f", 4096);
     t.file("deep/1/2/3/4/5/6/7/8/9/10/leaf", 8192);
     // The same root twice is measured twice.
-    const std::vector<fs::path> roots{t.file("plain-file", 3000), t / "missing", t.dir("empty/dirs/only"), t / "wide",
-                                      t / "deep", t / "wide", t / "empty"};
+    const std::vector<fs::path> roots{t.file("plain-file", 3000),
+                                      t / "missing",
+                                      t.dir("empty/dirs/only"),
+                                      t / "wide",
+                                      t / "deep",
+                                      t / "wide",
+                                      t / "empty"};
     // No lock: calls never overlap.
     std::map<std::size_t, std::vector<DirectoryStats>> calls;
-    auto result = DirectorySizer::stats(roots, false, [&](std::size_t i, const DirectoryStats& s) {
-        calls[i].push_back(s);
-    });
+    auto result =
+        DirectorySizer::stats(roots, false, [&](std::size_t i, const DirectoryStats& s) { calls[i].push_back(s); });
     ASSERT_EQ(result.size(), roots.size());
     for (std::size_t i = 0; i < roots.size(); ++i) EXPECT_EQ(calls[i], std::vector{result[i]}) << roots[i];
     EXPECT_EQ(result[3].bytes, 40 * allocatedBytes(t / "wide/d0/e/f"));
@@ -124,11 +130,13 @@ TEST(DirectorySizer, StaysOnTheFileSystemOfEachRoot) {
     for (bool bind : {false, true}) {
         SCOPED_TRACE(bind ? "bind mounts of the same file system" : "tmpfs");
         TempTree t;
-        const auto own = allocatedBytes(t.file("root/a.txt", 5000)) + allocatedBytes(t.file("root/x/1/2/3/4/5/b.txt", 7000));
+        const auto own =
+            allocatedBytes(t.file("root/a.txt", 5000)) + allocatedBytes(t.file("root/x/1/2/3/4/5/b.txt", 7000));
         // One mount met while the first levels are split into shards, one in a walk.
         std::vector<ScopedMount> mounts;
         for (const char* at : {"root/m", "root/x/1/2/3/4/5/m"}) {
-            const fs::path point = t.dir(at), source = t.dir(std::string("sources/") + (mounts.empty() ? "one" : "two"));
+            const fs::path point = t.dir(at),
+                           source = t.dir(std::string("sources/") + (mounts.empty() ? "one" : "two"));
             mounts.push_back(bind ? ScopedMount::bind(source, point) : ScopedMount::tmpfs(point));
             if (!mounts.back().mounted()) GTEST_SKIP() << mounts.back().failure();
         }

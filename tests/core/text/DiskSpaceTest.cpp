@@ -17,9 +17,12 @@ using namespace lumabroom::test;
 TEST(DiskSpace, ReadingsGiveTheCapacityOrNothingAndAnUnnamedVolumeIsTheStartupDisk) {
     LanguageScope chinese(AppLanguage::chinese);
     const std::pair<Volume::Reading, std::optional<DiskSpace>> cases[] = {
-        {{"Data", 1000, 400}, DiskSpace{"Data", 1000, 400}}, {{"Data", 1000, 1500}, DiskSpace{"Data", 1000, 1000}},
-        {{std::nullopt, 1000, -3}, DiskSpace{"启动磁盘", 1000, 0}}, {{"Data", std::nullopt, 5}, std::nullopt},
-        {{"Data", 0, 0}, std::nullopt}, {{"Data", 1000, std::nullopt}, std::nullopt},
+        {{"Data", 1000, 400}, DiskSpace{"Data", 1000, 400}},
+        {{"Data", 1000, 1500}, DiskSpace{"Data", 1000, 1000}},
+        {{std::nullopt, 1000, -3}, DiskSpace{"启动磁盘", 1000, 0}},
+        {{"Data", std::nullopt, 5}, std::nullopt},
+        {{"Data", 0, 0}, std::nullopt},
+        {{"Data", 1000, std::nullopt}, std::nullopt},
     };
     for (std::size_t i = 0; i < std::size(cases); ++i) EXPECT_EQ(DiskSpace::from(cases[i].first), cases[i].second) << i;
 }
@@ -50,8 +53,8 @@ TEST(Volume, ALinuxVolumeIsNamedByItsLabelElseItsMountPoint) {
     }
     if (names.empty()) {
         std::filesystem::path top = tree.root();
-        for (struct stat above {}; top != top.root_path() && ::stat(top.parent_path().c_str(), &above) == 0
-                                   && above.st_dev == item.st_dev;)
+        for (struct stat above{};
+             top != top.root_path() && ::stat(top.parent_path().c_str(), &above) == 0 && above.st_dev == item.st_dev;)
             top = top.parent_path();
         names.insert(top.string());
     }

@@ -14,13 +14,19 @@ TEST(Formatting, AgeCountsWholeDaysInBothLanguages) {
         std::string chinese, english;
     };
     const Case cases[] = {
-        {hours(23) + minutes(59), "今天", "today"},               {hours(24), "昨天", "yesterday"},
-        {hours(48), "2 天前", "2 days ago"},                      {days(29) + hours(23), "29 天前", "29 days ago"},
-        {days(30), "1 个月前", "1 month ago"},                    {days(60), "2 个月前", "2 months ago"},
-        {days(364) + hours(23), "12 个月前", "12 months ago"},    {days(365), "1 年多前", "over a year ago"},
-        {days(729), "1 年多前", "over a year ago"},               {days(730), "2 年前", "2 years ago"},
+        {hours(23) + minutes(59), "今天", "today"},
+        {hours(24), "昨天", "yesterday"},
+        {hours(48), "2 天前", "2 days ago"},
+        {days(29) + hours(23), "29 天前", "29 days ago"},
+        {days(30), "1 个月前", "1 month ago"},
+        {days(60), "2 个月前", "2 months ago"},
+        {days(364) + hours(23), "12 个月前", "12 months ago"},
+        {days(365), "1 年多前", "over a year ago"},
+        {days(729), "1 年多前", "over a year ago"},
+        {days(730), "2 年前", "2 years ago"},
         // Less than a day ahead truncates to today; a whole day or more ahead is "just now".
-        {-hours(23), "今天", "today"},                            {-hours(24), "刚刚", "just now"},
+        {-hours(23), "今天", "today"},
+        {-hours(24), "刚刚", "just now"},
     };
     const system_clock::time_point now = sys_days{year{2025} / 6 / 1} + hours(9);
     for (const auto& c : cases) {
@@ -38,9 +44,18 @@ TEST(Formatting, AgeCountsWholeDaysInBothLanguages) {
 
 TEST(Formatting, BytesInDecimalUnitsWithPrecisionByUnitInBothLanguages) {
     const std::tuple<std::int64_t, const char*, const char*> cases[] = {
-        {0, "0 bytes", "0 字节"}, {1, "1 byte", "1 字节"}, {-1, "-1 byte", "-1 字节"}, {999, "999 bytes", "999 字节"}, {1000, "1 kB", "1 kB"}, {999'999, "1,000 kB", "1,000 kB"},
-        {1'000'000, "1.0 MB", "1.0 MB"}, {12'345'678, "12.3 MB", "12.3 MB"}, {999'999'999, "1,000.0 MB", "1,000.0 MB"},
-        {1'000'000'000, "1.00 GB", "1.00 GB"}, {2'500'000'000'000, "2.50 TB", "2.50 TB"}, {-35'000, "-35 kB", "-35 kB"},
+        {0, "0 bytes", "0 字节"},
+        {1, "1 byte", "1 字节"},
+        {-1, "-1 byte", "-1 字节"},
+        {999, "999 bytes", "999 字节"},
+        {1000, "1 kB", "1 kB"},
+        {999'999, "1,000 kB", "1,000 kB"},
+        {1'000'000, "1.0 MB", "1.0 MB"},
+        {12'345'678, "12.3 MB", "12.3 MB"},
+        {999'999'999, "1,000.0 MB", "1,000.0 MB"},
+        {1'000'000'000, "1.00 GB", "1.00 GB"},
+        {2'500'000'000'000, "2.50 TB", "2.50 TB"},
+        {-35'000, "-35 kB", "-35 kB"},
     };
     for (const auto& [count, english, chinese] : cases) {
         for (const auto& [language, expected] :

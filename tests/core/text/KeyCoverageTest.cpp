@@ -6,6 +6,9 @@
 
 #include "clean/MaintenanceCommands.h"
 #include "scan/BuiltinRules.h"
+#include "scan/Category.h"
+#include "scan/EntryLabel.h"
+#include "scan/SafetyLevel.h"
 #include "text/DiskSpace.h"
 #include "text/Formatting.h"
 #include "tools/DockerPruner.h"
@@ -26,7 +29,8 @@ TEST(KeyCoverage, EveryDisplayKeyAndFormattedFormHasAnEnglishTextWithoutChinese)
     for (SafetyLevel level : allSafetyLevels) keys.insert(std::string(displayKey(level)));
     for (DockerUsageKind kind : allDockerUsageKinds) keys.insert(std::string(displayKey(kind)));
     for (std::string_view key : MaintenanceCommands::detailKeys()) keys.insert(std::string(key));
-    for (DockerPruneTarget target : allDockerPruneTargets) keys.insert({std::string(titleKey(target)), std::string(detailKey(target))});
+    for (DockerPruneTarget target : allDockerPruneTargets)
+        keys.insert({std::string(titleKey(target)), std::string(detailKey(target))});
     for (const std::string& key : keys) {
         const auto english = Localization::tableText(AppLanguage::english, key);
         ASSERT_TRUE(english) << key << ": no English row in resources/translations/lumabroom_core_en.ts";
@@ -43,7 +47,8 @@ TEST(KeyCoverage, EveryDisplayKeyAndFormattedFormHasAnEnglishTextWithoutChinese)
 
 TEST(KeyCoverage, EveryTextBuiltAtRunTimeReadsInEnglish) {
     LanguageScope english(AppLanguage::english);
-    std::vector<std::string> texts{EntryLabel{DockerOtherLabel{}}.text(), DiskSpace::from({std::nullopt, 1000, 1})->volumeName,
+    std::vector<std::string> texts{EntryLabel{DockerOtherLabel{}}.text(),
+                                   DiskSpace::from({std::nullopt, 1000, 1})->volumeName,
                                    displayName(AppLanguage::system), Formatting::bytes(0)};
     using namespace std::chrono;
     const system_clock::time_point now = sys_days{year{2025} / 6 / 1};

@@ -2,6 +2,7 @@
 
 #include "host/Settings.h"
 #include "scan/BuiltinRules.h"
+#include "scan/EntryLabel.h"
 #include "text/Formatting.h"
 
 #include <gtest/gtest.h>
@@ -16,9 +17,9 @@ using namespace lumabroom::test;
 // one run is never stored, are checked end to end by the scanner's tests.
 TEST(Localization, OnlyTheTwoRawValuesAreStoredAndReadAsLanguages) {
     const std::pair<std::optional<std::string>, AppLanguage> cases[] = {
-        {"zh-Hans", AppLanguage::chinese}, {"en", AppLanguage::english}, {"system", AppLanguage::system},
-        {std::nullopt, AppLanguage::system}, {"", AppLanguage::system}, {"EN", AppLanguage::system},
-        {"zh-hans", AppLanguage::system}, {"zh", AppLanguage::system},
+        {"zh-Hans", AppLanguage::chinese},   {"en", AppLanguage::english}, {"system", AppLanguage::system},
+        {std::nullopt, AppLanguage::system}, {"", AppLanguage::system},    {"EN", AppLanguage::system},
+        {"zh-hans", AppLanguage::system},    {"zh", AppLanguage::system},
     };
     for (const auto& [stored, expected] : cases)
         EXPECT_EQ(Localization::languageFromStored(stored), expected) << stored.value_or("(absent)");
@@ -48,10 +49,16 @@ TEST(Localization, LabelsAndCountedTextsInBothLanguages) {
 TEST(Localization, TextsBuiltAtRunTimeFallBackToTheirFormattedForm) {
     LanguageScope english(AppLanguage::english);
     const std::pair<std::string, std::string> cases[] = {
-        {"可回收 9.5GB", "9.5GB reclaimable"}, {"Build Cache 12 个", "Build Cache: 12"},
-        {"被 1 个容器使用", "Used by 1 container"}, {"悬空镜像 3f2a9c1b", "Dangling image 3f2a9c1b"},
+        {"可回收 9.5GB", "9.5GB reclaimable"},
+        {"Build Cache 12 个", "Build Cache: 12"},
+        {"被 1 个容器使用", "Used by 1 container"},
+        {"悬空镜像 3f2a9c1b", "Dangling image 3f2a9c1b"},
         // No value where the form wants one, or no key at all: the text itself.
-        {"天前", "天前"}, {"x 天前", "x 天前"}, {"可回收 ", "可回收 "}, {"不在表里的键", "不在表里的键"}, {"", ""},
+        {"天前", "天前"},
+        {"x 天前", "x 天前"},
+        {"可回收 ", "可回收 "},
+        {"不在表里的键", "不在表里的键"},
+        {"", ""},
     };
     for (const auto& [key, expected] : cases) EXPECT_EQ(Localization::text(key), expected) << key;
     EXPECT_EQ(Localization::formatted("可回收 %1", {"%1 GB"}), "%1 GB reclaimable") << "values are not read again";
@@ -75,10 +82,10 @@ TEST(Localization, LanguageChangesReachEveryThreadWithoutARace) {
                 while (!stop.load()) {
                     const std::string name = rule.name();
                     wrong += (name != english && name != chinese) || Formatting::bytes(2'000'000) != "2.0 MB";
-                    const bool before = sawEnglish && sawChinese;
+                    const bool sawBothBefore = sawEnglish && sawChinese;
                     sawEnglish = sawEnglish || name == english;
                     sawChinese = sawChinese || name == chinese;
-                    sawBoth += !before && sawEnglish && sawChinese;
+                    sawBoth += !sawBothBefore && sawEnglish && sawChinese;
                 }
             });
         }

@@ -46,9 +46,15 @@ std::string dfLine(const std::string& type, const std::string& size) {
 
 TEST(DockerCLI, ParseSizeProbesTheUnitTableInOrder) {
     // "1.5TB" by the "TB" row, not as "1.5T" + "B"; "4.1MB" truncated, not rounded.
-    const std::pair<const char*, std::int64_t> cases[] = {
-        {"512B", 512}, {"12.3KB", 12300}, {"1.5TB", 1500000000000}, {"4.1MB", 4099999},
-        {"1.5GiB", 0}, {"N/A", 0},        {"", 0},                  {"B", 0},          {" 5MB", 0}};
+    const std::pair<const char*, std::int64_t> cases[] = {{"512B", 512},
+                                                          {"12.3KB", 12300},
+                                                          {"1.5TB", 1500000000000},
+                                                          {"4.1MB", 4099999},
+                                                          {"1.5GiB", 0},
+                                                          {"N/A", 0},
+                                                          {"", 0},
+                                                          {"B", 0},
+                                                          {" 5MB", 0}};
     for (const auto& [text, bytes] : cases) EXPECT_EQ(DockerCLI::parseSize(text), bytes) << text;
 }
 
@@ -59,8 +65,8 @@ TEST_F(DockerTest, EachSocketOfTheUserOrTheSystemTellsThatTheDaemonRuns) {
               (std::vector<std::string>{"~/.orbstack/run/docker.sock", "~/.docker/desktop/docker.sock",
                                         (tree / "run/docker.sock").string(), (tree / "docker.sock").string()}));
     EXPECT_FALSE(DockerCLI::daemonAvailable());
-    for (const char* socket : {"home/.orbstack/run/docker.sock", "home/.docker/desktop/docker.sock", "run/docker.sock",
-                               "docker.sock"}) {
+    for (const char* socket :
+         {"home/.orbstack/run/docker.sock", "home/.docker/desktop/docker.sock", "run/docker.sock", "docker.sock"}) {
         SCOPED_TRACE(socket);
         tree.file(socket);
         EXPECT_TRUE(DockerCLI::daemonAvailable());
@@ -75,9 +81,12 @@ TEST(DockerUsageLister, ReadsEachKnownRowLenientlyInTheToolsOrder) {
     // read end to end by the scanner's tests.
     const std::string output =
         "WARNING: not JSON at all\n"
-        R"~({"Active":"1","Reclaimable":"0B (0%)","Size":"12.3kB","TotalCount":3,"Type":"Containers"})~" "\n"
-        R"~({"Type":7,"Size":"9GB"})~" "\n"
-        R"~({"Active":"1","Reclaimable":"  330MB   (100%)","Size":"330MB","Type":"Local Volumes"})~" "\n"
+        R"~({"Active":"1","Reclaimable":"0B (0%)","Size":"12.3kB","TotalCount":3,"Type":"Containers"})~"
+        "\n"
+        R"~({"Type":7,"Size":"9GB"})~"
+        "\n"
+        R"~({"Active":"1","Reclaimable":"  330MB   (100%)","Size":"330MB","Type":"Local Volumes"})~"
+        "\n"
         R"~({"Active":"0","Size":12,"TotalCount":true,"Type":"Build Cache"})~";
     const std::vector<ScanEntry> expected{
         {"/d/docker/containers", 12300, EntryLabel{DockerUsageLabel{DockerUsageKind::containers, "3", std::nullopt}}},
@@ -111,12 +120,17 @@ TEST_F(DockerTest, PruneAndRemovePassExactlyTheirArguments) {
     docker.respond("*", "Deleted Images:\nuntagged: node@sha256:99aa\nTotal reclaimed space: 5GB\n"
                         "Total reclaimed space: \t1.2GB \ndeleted: sha256:fedc\n");
     for (auto target : allDockerPruneTargets) EXPECT_EQ(DockerPruner::prune(target), "1.2GB");
-    for (const DockerItem& item : {DockerItem{Kind::image, "n", "d", 1, "0123456789ab"}, {Kind::container, "db", "", 1, "3f2a"},
+    for (const DockerItem& item : {DockerItem{Kind::image, "n", "d", 1, "0123456789ab"},
+                                   {Kind::container, "db", "", 1, "3f2a"},
                                    {Kind::volume, "my data", "", 1, "my data"}})
         EXPECT_TRUE(DockerItemRemover::remove(item));
-    EXPECT_EQ(docker.calls(), (Calls{{"builder", "prune", "-f"}, {"image", "prune", "-af"}, {"container", "prune", "-f"},
-                                    {"volume", "prune", "-af"}, {"rmi", "0123456789ab"}, {"rm", "3f2a"},
-                                    {"volume", "rm", "my data"}}));
+    EXPECT_EQ(docker.calls(), (Calls{{"builder", "prune", "-f"},
+                                     {"image", "prune", "-af"},
+                                     {"container", "prune", "-f"},
+                                     {"volume", "prune", "-af"},
+                                     {"rmi", "0123456789ab"},
+                                     {"rm", "3f2a"},
+                                     {"volume", "rm", "my data"}}));
     docker.respond("*", "Deleted Volumes:\npgdata\n");
     EXPECT_EQ(DockerPruner::prune(DockerPruneTarget::volumes), "0B");
 }

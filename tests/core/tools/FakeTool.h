@@ -17,10 +17,11 @@ using Calls = std::vector<std::vector<std::string>>;
 struct FakeTool {
     explicit FakeTool(std::filesystem::path path) : binary(std::move(path)) {
         std::filesystem::create_directories(folder);
-        writeText(binary, "#!/bin/sh\nd='" + folder.string() + "'\n"
-                          "printf '%s\\037' \"$@\" >> \"$d/log\"; printf '\\036' >> \"$d/log\"\n"
-                          "r=\"$d/$*\"; [ -e \"$r.out\" ] || r=\"$d/*\"\n"
-                          "cat \"$r.out\" 2>/dev/null; exit \"$(cat \"$r.status\" 2>/dev/null || echo 0)\"\n");
+        writeText(binary, "#!/bin/sh\nd='" + folder.string()
+                              + "'\n"
+                                "printf '%s\\037' \"$@\" >> \"$d/log\"; printf '\\036' >> \"$d/log\"\n"
+                                "r=\"$d/$*\"; [ -e \"$r.out\" ] || r=\"$d/*\"\n"
+                                "cat \"$r.out\" 2>/dev/null; exit \"$(cat \"$r.status\" 2>/dev/null || echo 0)\"\n");
         std::filesystem::permissions(binary, std::filesystem::perms::owner_all);
     }
 

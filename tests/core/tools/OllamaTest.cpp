@@ -1,8 +1,8 @@
 #include "FakeTool.h"
 
+#include "catalogue/BuiltinScan.h"
 #include "host/ToolPaths.h"
 #include "scan/BuiltinRules.h"
-#include "scan/CacheScanner.h"
 #include "tools/OllamaModelLister.h"
 
 #include "support/Process.h"
@@ -30,7 +30,8 @@ TEST(OllamaModelLister, ManifestSizeAddsTheIntegralSizesItFinds) {
         {R"({"config":{"size":10}})", 10},
         {R"({"config":{"size":"10"},"layers":[{"size":"100"},{"size":5},{},7,{"size":null}]})", 5},
         {R"({"config":{"size":2.0},"layers":[{"size":2.5},{"size":true},{"size":18446744073709551615}]})", 2},
-        {"{}", 0}, {"[]", std::nullopt},
+        {"{}", 0},
+        {"[]", std::nullopt},
     };
     for (const auto& [text, size] : cases) EXPECT_EQ(OllamaModelLister::manifestSize(text), size) << text;
 }
@@ -46,10 +47,13 @@ TEST(OllamaModelLister, OneEntryPerManifestAtAnyDepthAndNoneBehindAnUnreadableFo
     manifest(t, lib + "closed/1b", 1, 9'000'000'000);
     t.makeUnreadable(lib + "closed");
     t.symlink(lib + "linked/1b", llama); // a link is no regular file
-    const std::vector<ScanEntry> expected{{llama, 4'661'212'293, std::nullopt}, {latest, 4'661'211'813, std::nullopt},
-                                          {deep, 2'000, std::nullopt}, {loose, 2, std::nullopt}};
-    EXPECT_EQ(asUnprivileged([&] { return static_cast<long long>(OllamaModelLister::entries(t / "models") == expected); }),
-              1);
+    const std::vector<ScanEntry> expected{{llama, 4'661'212'293, std::nullopt},
+                                          {latest, 4'661'211'813, std::nullopt},
+                                          {deep, 2'000, std::nullopt},
+                                          {loose, 2, std::nullopt}};
+    EXPECT_EQ(
+        asUnprivileged([&] { return static_cast<long long>(OllamaModelLister::entries(t / "models") == expected); }),
+        1);
 }
 
 // A name that drops its namespace would remove the library model of the same name.

@@ -25,8 +25,9 @@ std::string pair(const std::string& key, const std::string& value) {
 // UTF-16), "runtime": "com.apple.CoreSimulator.SimRuntime.xrOS-1-0-1", "state": 1}.
 const std::string kBinary =
     "bplist00\xd3\x01\x02\x03\x04\x05\x06TnameWruntimeUstateib\x11v\x84\x00 \x00V\x00i\x00s\x00i\x00o\x00n_\x10-"
-    "com.apple.CoreSimulator.SimRuntime.xrOS-1-0-1\x10\x01\x08\x0f\x14\x1c\x22" "5e"s + std::string(6, '\0')
-    + "\x01\x01" + std::string(7, '\0') + "\x07" + std::string(15, '\0') + "g";
+    "com.apple.CoreSimulator.SimRuntime.xrOS-1-0-1\x10\x01\x08\x0f\x14\x1c\x22"
+    "5e"s
+    + std::string(6, '\0') + "\x01\x01" + std::string(7, '\0') + "\x07" + std::string(15, '\0') + "g";
 
 } // namespace
 

@@ -2,6 +2,8 @@
 
 #include "agents/WorktreeInfo.h"
 #include "scan/CleanRule.h"
+#include "scan/RuleScanResult.h"
+#include "scan/ScanEntry.h"
 #include "tools/DockerPruner.h"
 
 #include <cstdint>

@@ -1,5 +1,6 @@
-#include "scan/ParallelMap.h"
-#include "scan/WorkerPool.h"
+#include "concurrency/ParallelMap.h"
+#include "concurrency/Cancellation.h"
+#include "concurrency/WorkerPool.h"
 
 #include <gtest/gtest.h>
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "scan/CleanRule.h"
+#include "scan/ScanEntry.h"
 
 #include <functional>
 #include <map>
@@ -14,10 +14,5 @@ namespace lumabroom {
 // fall back to the rule's path patterns.
 using ScanRoute = std::function<std::optional<std::vector<ScanEntry>>()>;
 using RouteTable = std::map<std::string, ScanRoute, std::less<>>;
-
-namespace ScanRoutes {
-// The routes of the built-in rules, keyed by rule id.
-const RouteTable& builtin();
-} // namespace ScanRoutes
 
 } // namespace lumabroom

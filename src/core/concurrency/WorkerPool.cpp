@@ -1,7 +1,8 @@
-#include "scan/WorkerPool.h"
+#include "concurrency/WorkerPool.h"
 
+#include "concurrency/Cancellation.h"
+#include "concurrency/ParallelMap.h"
 #include "host/Platform.h"
-#include "scan/ParallelMap.h"
 
 #include <algorithm>
 #include <condition_variable>
@@ -15,7 +16,6 @@ namespace lumabroom {
 
 namespace {
 thread_local bool tlsIsWorker = false;
-thread_local const std::atomic<bool>* tlsCancel = nullptr;
 thread_local bool tlsNested = false;
 
 class Pool {
@@ -91,13 +91,6 @@ void submit(std::function<void()> job, bool urgent) { pool().submit(std::move(jo
 std::size_t threadCount() { return pool().size(); }
 bool isWorkerThread() { return tlsIsWorker; }
 } // namespace WorkerPool
-
-namespace Cancellation {
-bool isCancelled() { return tlsCancel && tlsCancel->load(std::memory_order_relaxed); }
-const std::atomic<bool>* current() { return tlsCancel; }
-Scope::Scope(const std::atomic<bool>* flag) : saved_(tlsCancel) { tlsCancel = flag; }
-Scope::~Scope() { tlsCancel = saved_; }
-} // namespace Cancellation
 
 namespace ParallelMap::detail {
 bool& nestedFlag() { return tlsNested; }
