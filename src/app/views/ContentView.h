@@ -1,0 +1,79 @@
+#pragma once
+
+#include "WindowLook.h"
+#include "chart/SunburstPalette.h"
+#include "text/Localization.h"
+
+#include <QDialog>
+#include <QPointer>
+#include <functional>
+#include <string>
+#include <QWidget>
+
+class QAction;
+class QBoxLayout;
+class QLabel;
+class QPushButton;
+class QScrollArea;
+class QToolButton;
+class QVBoxLayout;
+
+namespace lumabroom {
+
+class AppModel;
+class SunburstWidget;
+class Updater;
+struct TapDecision;
+
+// Everything inside the window, built in the current language. It keeps no data of the model and
+// no state worth keeping: a change of language throws it away and builds a new one.
+class ContentView : public QWidget {
+    Q_OBJECT
+
+public:
+    // `updater` may be null: the update item then stays disabled.
+    ContentView(AppModel& model, Updater* updater, QWidget* parent = nullptr);
+
+    // The clean dialog while it is up.
+    QDialog* cleanDialog() const { return cleanDialog_; }
+    QPushButton* cleanButton() const { return cleanButton_; }
+
+signals:
+    void languageChosen(lumabroom::AppLanguage language);
+    void appearanceChosen(lumabroom::WindowLook::Appearance appearance);
+    void paletteChosen(lumabroom::ChartPalette palette);
+
+private:
+    QWidget* makeTopBar();
+    QToolButton* makeOptionsButton();
+    QWidget* makeBottomBar();
+    void scheduleRefresh();
+    void refresh();
+    void refreshPanel();
+    void refreshBottomBar();
+    void fillOverview(QVBoxLayout& list, const Category* filter);
+    void fillRule(QVBoxLayout& list, const std::string& ruleID);
+    void addBackButton(QVBoxLayout& list, const QString& label, Category target);
+    void addEmptyState(QVBoxLayout& list, const char* symbol, const QString& title, const QString& description);
+    void apply(const TapDecision& decision);
+    void goBack();
+    void askToClean();
+    bool isLight() const;
+
+    AppModel& model_;
+    QPointer<Updater> updater_;
+    SunburstWidget* chart_ = nullptr;
+    QScrollArea* panel_ = nullptr;
+    QPushButton* rescanButton_ = nullptr;
+    QAction* emptyRulesAction_ = nullptr;
+    QLabel* diskLabel_ = nullptr;
+    QLabel* summaryLabel_ = nullptr;
+    QLabel* selectionLabel_ = nullptr;
+    QPushButton* cleanButton_ = nullptr;
+    QPointer<QDialog> cleanDialog_;
+    // Where Escape goes from the route shown, if anywhere.
+    std::function<void()> back_;
+    bool refreshPending_ = false;
+};
+
+} // namespace lumabroom

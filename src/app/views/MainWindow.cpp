@@ -1,0 +1,110 @@
+#include "MainWindow.h"
+
+#include "ContentView.h"
+#include "host/Platform.h"
+#include "model/AppModel.h"
+#include "model/AppText.h"
+#include "update/Updater.h"
+
+#include <QApplication>
+#include <QCloseEvent>
+#include <QStyle>
+#include <QVBoxLayout>
+
+namespace lumabroom {
+
+MainWindow::MainWindow(AppModel& model, Updater* updater, QWidget* parent)
+    : QWidget(parent), model_(model), updater_(updater), systemPalette_(QApplication::palette()) {
+    setObjectName(QStringLiteral("mainWindow"));
+    auto* layout = new QVBoxLayout(this);
+    layout->setContentsMargins(0, 0, 0, 0);
+    resize(1200, 760);
+    applyLook();
+    rebuild();
+}
+
+void MainWindow::setLanguage(AppLanguage language) {
+    Localization::setLanguage(language);
+    rebuild();
+}
+
+void MainWindow::setAppearance(WindowLook::Appearance appearance) {
+    WindowLook::storeAppearance(appearance);
+    applyLook();
+    rebuild();
+}
+
+void MainWindow::rebuild() {
+    setWindowTitle(QString::fromStdString(AppText::text("Lumabroom")));
+    // Deleting the old content closes its clean dialog with it.
+    delete content_;
+    content_ = new ContentView(model_, updater_, this);
+    layout()->addWidget(content_);
+    connect(content_, &ContentView::languageChosen, this, &MainWindow::setLanguage);
+    connect(content_, &ContentView::appearanceChosen, this, &MainWindow::setAppearance);
+    connect(content_, &ContentView::paletteChosen, this, [this](ChartPalette palette) {
+        SunburstPalette::store(palette);
+        rebuild();
+    });
+    setMinimumSize(content_->minimumSize());
+    // The chart takes the first focus, so the keys move around it at once.
+    if (isVisible()) content_->setFocus();
+}
+
+void MainWindow::applyLook() {
+    const bool light = WindowLook::isLight(WindowLook::storedAppearance(), systemPalette_);
+    const QPalette palette = WindowLook::palette(light);
+    QApplication::setPalette(palette);
+    const QColor text = palette.color(QPalette::WindowText);
+    const QColor card = WindowLook::cardBackground(light);
+    const QColor accent = WindowLook::accent(light);
+    const auto rgba = [](QColor c) {
+        return QStringLiteral("rgba(%1,%2,%3,%4)").arg(c.red()).arg(c.green()).arg(c.blue()).arg(c.alphaF(), 0, 'f', 3);
+    };
+    QColor secondary = text;
+    secondary.setAlphaF(0.65f);
+    QColor outline = text;
+    outline.setAlphaF(0.12f);
+    QColor bar = palette.color(QPalette::Base);
+    bar.setAlphaF(0.92f);
+    qApp->setStyleSheet(QStringLiteral(
+        "QWidget#mainWindow { background: %1; }"
+        "QLabel#secondary { color: %2; }"
+        "QLabel#brand { color: %5; font-size: 26px; }"
+        "QPushButton#row { text-align: left; background: transparent; border: 1px solid transparent; border-radius: 12px; }"
+        "QPushButton#row:hover, QPushButton#row:focus { background: %3; }"
+        "QPushButton#round, QToolButton#options { border-radius: 17px; background: %3; border: 1px solid %4; font-size: 16px; }"
+        "QPushButton#round:disabled { color: %2; }"
+        "QPushButton#back { border: none; color: %5; padding: 4px 0; text-align: left; }"
+        "QFrame#bottomBar { background: %6; border: 1px solid %4; border-radius: 28px; }"
+        "QLabel#selectionStatus { color: %2; }"
+        "QPushButton#clean { border-radius: 19px; padding: 0 18px; border: none; background: %3; color: %2; }"
+        "QPushButton#clean[filled=\"true\"] { background: %5; color: #06201d; font-weight: bold; }"
+        "QPushButton#clean:focus { border: 2px solid %4; }")
+                          .arg(palette.color(QPalette::Window).name(), rgba(secondary), rgba(card), rgba(outline),
+                               accent.name(), rgba(bar)));
+}
+
+void MainWindow::showEvent(QShowEvent* event) {
+    QWidget::showEvent(event);
+    if (shown_) return;
+    shown_ = true;
+    content_->setFocus();
+    // The one scan that starts by itself; a model that already has results is left as it is.
+    if (model_.results().empty()) model_.scan();
+}
+
+void MainWindow::bringToFront() {
+    if (isMinimized()) showNormal();
+    show();
+    raise();
+    activateWindow();
+}
+
+void MainWindow::closeEvent(QCloseEvent* event) {
+    event->accept();
+    // Nothing is saved at the end, and running work is not waited for.
+    Platform::quitNow(0);
+}
+
+} // namespace lumabroom
