@@ -51,7 +51,7 @@ QPushButton* roundButton(const QString& symbol, const QString& tip, QWidget* par
     b->setToolTip(tip);
     b->setAccessibleName(tip);
     b->setFixedSize(34, 34);
-    b->setObjectName(QStringLiteral("round"));
+    b->setProperty("kind", QStringLiteral("round"));
     return b;
 }
 
@@ -59,7 +59,7 @@ QPushButton* roundButton(const QString& symbol, const QString& tip, QWidget* par
 QPushButton* rowButton(const QString& name, QWidget* parent, QHBoxLayout*& row) {
     auto* b = new QPushButton(parent);
     b->setAccessibleName(name);
-    b->setObjectName(QStringLiteral("row"));
+    b->setProperty("kind", QStringLiteral("row"));
     b->setMinimumHeight(40);
     b->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
     row = new QHBoxLayout(b);
@@ -70,8 +70,8 @@ QPushButton* rowButton(const QString& name, QWidget* parent, QHBoxLayout*& row) 
 
 } // namespace
 
-ContentView::ContentView(AppModel& model, Updater* updater, QWidget* parent)
-    : QWidget(parent), model_(model), updater_(updater) {
+ContentView::ContentView(AppModel& model, Updater* updater, bool light, QWidget* parent)
+    : QWidget(parent), model_(model), updater_(updater), light_(light) {
     setObjectName(QStringLiteral("content"));
     setMinimumSize(1080, 680);
 
@@ -84,6 +84,7 @@ ContentView::ContentView(AppModel& model, Updater* updater, QWidget* parent)
     row->setContentsMargins(28, 0, 28, 0);
     row->setSpacing(28);
     chart_ = new SunburstWidget(this);
+    chart_->setObjectName(QStringLiteral("chart"));
     chart_->setProvider([this] {
         ChartInput in;
         in.groups = model_.visibleGroups();
@@ -107,7 +108,7 @@ ContentView::ContentView(AppModel& model, Updater* updater, QWidget* parent)
     panel_->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     panel_->setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     panel_->setFocusPolicy(Qt::NoFocus);
-    row->addWidget(panel_, 0, Qt::AlignTop);
+    row->addWidget(panel_);
     panel_->setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Expanding);
     column->addLayout(row, 1);
 
@@ -160,8 +161,10 @@ QWidget* ContentView::makeTopBar() {
     title->setFont(bold);
     auto* caption = new QLabel(text("开发者缓存清理"), bar);
     caption->setObjectName(QStringLiteral("secondary"));
+    titles->addStretch(1);
     titles->addWidget(title);
     titles->addWidget(caption);
+    titles->addStretch(1);
     row->addLayout(titles);
     row->addStretch(1);
 
@@ -169,6 +172,7 @@ QWidget* ContentView::makeTopBar() {
     rescanButton_ = roundButton(QStringLiteral("↻"),
                                 qs(AppText::formatted("重新扫描 (%1)", {rescanKey.toString(QKeySequence::NativeText).toStdString()})),
                                 bar);
+    rescanButton_->setObjectName(QStringLiteral("rescan"));
     rescanButton_->setShortcut(rescanKey);
     connect(rescanButton_, &QPushButton::clicked, &model_, [this] { model_.scan(); });
     row->addWidget(rescanButton_);
@@ -262,12 +266,14 @@ QWidget* ContentView::makeBottomBar() {
     summaryLabel_->setObjectName(QStringLiteral("lastSummary"));
     summaryLabel_->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
     row->addWidget(summaryLabel_, 1);
+    row->addStretch(0);
     selectionLabel_ = new QLabel(bar);
     selectionLabel_->setObjectName(QStringLiteral("selectionStatus"));
     row->addWidget(selectionLabel_);
     cleanButton_ = new QPushButton(bar);
     cleanButton_->setObjectName(QStringLiteral("clean"));
     cleanButton_->setMinimumHeight(38);
+    cleanButton_->setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
     connect(cleanButton_, &QPushButton::clicked, this, &ContentView::askToClean);
     row->addWidget(cleanButton_);
     return bar;
@@ -291,7 +297,7 @@ void ContentView::refresh() {
 
 void ContentView::refreshPanel() {
     // Keep the focus on the same control across the rebuild.
-    const QWidget* focused = QApplication::focusWidget();
+    const QWidget* focused = window()->focusWidget(); // the window's own, whether or not it is active
     const QString focusName = focused && panel_->isAncestorOf(focused) ? focused->objectName() : QString();
     const int scroll = panel_->verticalScrollBar() ? panel_->verticalScrollBar()->value() : 0;
 
@@ -370,7 +376,7 @@ void ContentView::fillOverview(QVBoxLayout& list, const Category* filter) {
     const auto groups = model_.visibleGroups();
     if (groups.empty()) {
         if (!model_.isBusy())
-            addEmptyState(list, "✨", text("已经很干净了"),
+            addEmptyState(list, "✦", text("已经很干净了"),
                           text("没有发现可清理的缓存;可在右上角选项里打开「显示空项」"));
         return;
     }
@@ -399,7 +405,12 @@ void ContentView::fillOverview(QVBoxLayout& list, const Category* filter) {
         count->setStyleSheet(QStringLiteral("color:%1;").arg(rgba(tertiary)));
         row->addWidget(count);
         if (collapsed) {
-            auto* summary = label(qs(group.summary()), header);
+            // What is left of the row beside the other pieces, so the line ends in an ellipsis before the total.
+            const QFontMetrics metrics(font());
+            const QFontMetrics boldMetrics(bold);
+            const int room = 540 - 24 - 8 - 5 * 8 - boldMetrics.horizontalAdvance(name) -
+                             metrics.horizontalAdvance(count->text()) - boldMetrics.horizontalAdvance(bytes(group.total()));
+            auto* summary = label(metrics.elidedText(qs(group.summary()), Qt::ElideRight, std::max(room, 0)), header);
             summary->setObjectName(QStringLiteral("groupSummary"));
             summary->setStyleSheet(QStringLiteral("color:%1;").arg(rgba(tertiary)));
             summary->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
@@ -422,11 +433,7 @@ void ContentView::fillOverview(QVBoxLayout& list, const Category* filter) {
             QHBoxLayout* cardRow = nullptr;
             auto* card = rowButton(qs(rule.name()), page, cardRow);
             card->setObjectName(QStringLiteral("rule.") + qs(rule.id));
-            if (selection != RuleSelection::none) {
-                QColor outline = WindowLook::accent(light);
-                outline.setAlphaF(0.45f);
-                card->setStyleSheet(QStringLiteral("QPushButton#%1{border:1px solid %2;}").arg(card->objectName(), rgba(outline)));
-            }
+            card->setProperty("selected", selection != RuleSelection::none);
             auto* tile = label(qs(rule.name()).left(1), card); // stands in for the rule's icon tile
             tile->setFixedSize(22, 22);
             tile->setAlignment(Qt::AlignCenter);
@@ -531,7 +538,7 @@ void ContentView::refreshBottomBar() {
     } else {
         selectionLabel_->setText(qs(AppText::counted("已选 %n 项", count)));
     }
-    cleanButton_->setText(QStringLiteral("✨ ") +
+    cleanButton_->setText(QStringLiteral("✦  ") +
                           (selected >= 1 ? qs(AppText::formatted("清理 %1", {Formatting::bytes(selected)})) : text("清理")));
     cleanButton_->setAccessibleName(cleanButton_->text().mid(3));
     cleanButton_->setEnabled(!model_.isBusy() && selected > 0);
@@ -600,6 +607,6 @@ void ContentView::askToClean() {
     dialog->open();
 }
 
-bool ContentView::isLight() const { return palette().color(QPalette::Window).lightnessF() > 0.5; }
+void ContentView::focusChart() { chart_->setFocus(); }
 
 } // namespace lumabroom

@@ -31,8 +31,11 @@ class ContentView : public QWidget {
     Q_OBJECT
 
 public:
-    // `updater` may be null: the update item then stays disabled.
-    ContentView(AppModel& model, Updater* updater, QWidget* parent = nullptr);
+    // `updater` may be null: the update item then stays disabled. `light` is the scheme in force.
+    ContentView(AppModel& model, Updater* updater, bool light, QWidget* parent = nullptr);
+
+    // The chart takes the first focus, so that the keys move around it at once.
+    void focusChart();
 
     // The clean dialog while it is up.
     QDialog* cleanDialog() const { return cleanDialog_; }
@@ -58,10 +61,11 @@ private:
     void apply(const TapDecision& decision);
     void goBack();
     void askToClean();
-    bool isLight() const;
+    bool isLight() const { return light_; }
 
     AppModel& model_;
     QPointer<Updater> updater_;
+    bool light_ = false;
     SunburstWidget* chart_ = nullptr;
     QScrollArea* panel_ = nullptr;
     QPushButton* rescanButton_ = nullptr;

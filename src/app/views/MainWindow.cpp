@@ -38,7 +38,7 @@ void MainWindow::rebuild() {
     setWindowTitle(QString::fromStdString(AppText::text("Lumabroom")));
     // Deleting the old content closes its clean dialog with it.
     delete content_;
-    content_ = new ContentView(model_, updater_, this);
+    content_ = new ContentView(model_, updater_, light_, this);
     layout()->addWidget(content_);
     connect(content_, &ContentView::languageChosen, this, &MainWindow::setLanguage);
     connect(content_, &ContentView::appearanceChosen, this, &MainWindow::setAppearance);
@@ -47,12 +47,12 @@ void MainWindow::rebuild() {
         rebuild();
     });
     setMinimumSize(content_->minimumSize());
-    // The chart takes the first focus, so the keys move around it at once.
-    if (isVisible()) content_->setFocus();
+    if (isVisible()) content_->focusChart();
 }
 
 void MainWindow::applyLook() {
-    const bool light = WindowLook::isLight(WindowLook::storedAppearance(), systemPalette_);
+    light_ = WindowLook::isLight(WindowLook::storedAppearance(), systemPalette_);
+    const bool light = light_;
     const QPalette palette = WindowLook::palette(light);
     QApplication::setPalette(palette);
     const QColor text = palette.color(QPalette::WindowText);
@@ -65,16 +65,19 @@ void MainWindow::applyLook() {
     secondary.setAlphaF(0.65f);
     QColor outline = text;
     outline.setAlphaF(0.12f);
+    QColor selectedOutline = accent;
+    selectedOutline.setAlphaF(0.45f);
     QColor bar = palette.color(QPalette::Base);
     bar.setAlphaF(0.92f);
     qApp->setStyleSheet(QStringLiteral(
         "QWidget#mainWindow { background: %1; }"
         "QLabel#secondary { color: %2; }"
         "QLabel#brand { color: %5; font-size: 26px; }"
-        "QPushButton#row { text-align: left; background: transparent; border: 1px solid transparent; border-radius: 12px; }"
-        "QPushButton#row:hover, QPushButton#row:focus { background: %3; }"
-        "QPushButton#round, QToolButton#options { border-radius: 17px; background: %3; border: 1px solid %4; font-size: 16px; }"
-        "QPushButton#round:disabled { color: %2; }"
+        "QPushButton[kind=\"row\"] { text-align: left; background: transparent; border: 1px solid transparent; border-radius: 12px; }"
+        "QPushButton[kind=\"row\"]:hover, QPushButton[kind=\"row\"]:focus { background: %3; }"
+        "QPushButton[kind=\"row\"][selected=\"true\"] { border: 1px solid %7; }"
+        "QPushButton[kind=\"round\"], QToolButton#options { border-radius: 17px; background: %3; border: 1px solid %4; font-size: 16px; }"
+        "QPushButton[kind=\"round\"]:disabled { color: %2; }"
         "QPushButton#back { border: none; color: %5; padding: 4px 0; text-align: left; }"
         "QFrame#bottomBar { background: %6; border: 1px solid %4; border-radius: 28px; }"
         "QLabel#selectionStatus { color: %2; }"
@@ -82,14 +85,14 @@ void MainWindow::applyLook() {
         "QPushButton#clean[filled=\"true\"] { background: %5; color: #06201d; font-weight: bold; }"
         "QPushButton#clean:focus { border: 2px solid %4; }")
                           .arg(palette.color(QPalette::Window).name(), rgba(secondary), rgba(card), rgba(outline),
-                               accent.name(), rgba(bar)));
+                               accent.name(), rgba(bar), rgba(selectedOutline)));
 }
 
 void MainWindow::showEvent(QShowEvent* event) {
     QWidget::showEvent(event);
     if (shown_) return;
     shown_ = true;
-    content_->setFocus();
+    content_->focusChart();
     // The one scan that starts by itself; a model that already has results is left as it is.
     if (model_.results().empty()) model_.scan();
 }

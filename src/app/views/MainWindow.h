@@ -40,6 +40,7 @@ private:
     QPalette systemPalette_;
     ContentView* content_ = nullptr;
     bool shown_ = false;
+    bool light_ = false;
 };
 
 } // namespace lumabroom

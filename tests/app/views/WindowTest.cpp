@@ -200,6 +200,26 @@ TEST_F(WindowTest, GroupsStartCollapsedAndACardsCheckboxSelectsWithoutNavigating
     EXPECT_EQ(model->route(), Route::rule("logs"));
 }
 
+TEST_F(WindowTest, TheKeyboardOpensAGroupAndTicksARuleInTheOrderOfTheLayout) {
+    start({makeResult(npm, {{"/n/a", 300}, {"/n/b", 200}})});
+    scanned();
+    const auto focused = [] { return QApplication::focusWidget() ? QApplication::focusWidget()->objectName() : QString(); };
+    EXPECT_EQ(focused(), QStringLiteral("chart"));
+    press(Qt::Key_Tab);
+    EXPECT_EQ(focused(), QStringLiteral("group.pm"));
+    press(Qt::Key_Space);
+    EXPECT_EQ(focused(), QStringLiteral("group.pm"));
+    press(Qt::Key_Tab);
+    EXPECT_EQ(focused(), QStringLiteral("rule.npm"));
+    press(Qt::Key_Tab);
+    EXPECT_EQ(focused(), QStringLiteral("check.npm"));
+    press(Qt::Key_Space);
+    EXPECT_EQ(model->selectedBytes(), 500);
+    EXPECT_EQ(focused(), QStringLiteral("check.npm"));
+    press(Qt::Key_Tab);
+    EXPECT_EQ(focused(), QStringLiteral("clean"));
+}
+
 TEST_F(WindowTest, CleanButtonAndReturnDoNothingDuringAScanOrWithZeroBytesSelected) {
     start({makeResult(npm, {{"/n/a", 300}, {"/n/empty", 0}})}, 1);
     scanned();
@@ -211,14 +231,14 @@ TEST_F(WindowTest, CleanButtonAndReturnDoNothingDuringAScanOrWithZeroBytesSelect
     EXPECT_FALSE(clean->isEnabled());
     press(Qt::Key_Return);
     EXPECT_EQ(window->content()->cleanDialog(), nullptr);
-    EXPECT_EQ(clean->text(), QStringLiteral("✨ 清理"));
+    EXPECT_EQ(clean->text(), QStringLiteral("✦  清理"));
 
     model->setSelectedEntryIDs({"/n/a"});
     model->scan();
     test::settle();
     ASSERT_TRUE(model->isBusy());
     EXPECT_FALSE(clean->isEnabled());
-    EXPECT_FALSE(find<QPushButton>(QStringLiteral("round"))->isEnabled()); // rescan
+    EXPECT_FALSE(find<QPushButton>(QStringLiteral("rescan"))->isEnabled()); // rescan
     press(Qt::Key_Return);
     EXPECT_EQ(window->content()->cleanDialog(), nullptr);
 }
@@ -230,7 +250,7 @@ TEST_F(WindowTest, ReturnOpensTheCleanDialogWhenThereIsSomethingToClean) {
     test::settle();
     auto* clean = find<QPushButton>(QStringLiteral("clean"));
     EXPECT_TRUE(clean->isEnabled());
-    EXPECT_EQ(clean->text(), QStringLiteral("✨ ") + QString::fromStdString("清理 " + Formatting::bytes(300)));
+    EXPECT_EQ(clean->text(), QStringLiteral("✦  ") + QString::fromStdString("清理 " + Formatting::bytes(300)));
     press(Qt::Key_Return);
     QDialog* dialog = window->content()->cleanDialog();
     ASSERT_NE(dialog, nullptr);
