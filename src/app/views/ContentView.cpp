@@ -173,7 +173,11 @@ QWidget* ContentView::makeTopBar() {
                                 qs(AppText::formatted("重新扫描 (%1)", {rescanKey.toString(QKeySequence::NativeText).toStdString()})),
                                 bar);
     rescanButton_->setObjectName(QStringLiteral("rescan"));
-    rescanButton_->setShortcut(rescanKey);
+    // Pressed at once rather than after the button's animated click, like Return below.
+    auto* rescanShortcut = new QShortcut(rescanKey, this);
+    connect(rescanShortcut, &QShortcut::activated, this, [this] {
+        if (rescanButton_->isEnabled()) rescanButton_->click();
+    });
     connect(rescanButton_, &QPushButton::clicked, &model_, [this] { model_.scan(); });
     row->addWidget(rescanButton_);
     row->addWidget(makeOptionsButton());

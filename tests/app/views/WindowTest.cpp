@@ -21,6 +21,7 @@
 #include <gtest/gtest.h>
 
 #include <atomic>
+#include <mutex>
 #include <memory>
 
 namespace lumabroom {
@@ -55,13 +56,19 @@ using test::makeRule;
 // wait until the test opens the gate.
 class WindowTest : public ::testing::Test {
 protected:
-    void start(std::vector<RuleScanResult> found, int freeScans = 100) {
+    void start(std::vector<RuleScanResult> found, int freeScans = 100, bool withDisk = true) {
         std::vector<CleanRule> rules;
         for (const RuleScanResult& r : found) rules.push_back(r.rule);
         ModelServices services = test::testServices(rules, std::make_shared<test::ServiceLog>());
         gate = std::make_shared<test::Gate>();
-        auto started = std::make_shared<std::atomic<int>>(0);
-        services.scan = [gate = gate, started, freeScans, found](const std::vector<CleanRule>&,
+        started = std::make_shared<std::atomic<int>>(0);
+        if (!withDisk) services.diskSpace = [] { return std::optional<DiskSpace>(); };
+        services.clean = [cleaned = cleaned](const std::vector<ScanEntry>& entries, CleanMethod method) {
+            std::lock_guard guard(cleaned->lock);
+            for (const ScanEntry& e : entries) cleaned->calls.push_back(std::string(rawValue(method)) + " " + e.id());
+            return CleanResult{};
+        };
+        services.scan = [gate = gate, started = started, freeScans, found](const std::vector<CleanRule>&,
                                                                  const ModelServices::ResultSink& sink) {
             if ((*started)++ >= freeScans) gate->wait();
             for (const RuleScanResult& r : found) sink(r);
@@ -102,7 +109,13 @@ protected:
         test::settle();
     }
 
+    struct Cleaned {
+        std::mutex lock;
+        std::vector<std::string> calls; // method and entry
+    };
     std::shared_ptr<test::Gate> gate;
+    std::shared_ptr<std::atomic<int>> started;
+    std::shared_ptr<Cleaned> cleaned = std::make_shared<Cleaned>();
     std::unique_ptr<AppModel> model;
     std::unique_ptr<MainWindow> window;
 };
@@ -260,6 +273,58 @@ TEST_F(WindowTest, ReturnOpensTheCleanDialogWhenThereIsSomethingToClean) {
     test::settle();
     EXPECT_EQ(window->content()->cleanDialog(), nullptr);
     EXPECT_EQ(model->selectedBytes(), 300);
+}
+
+TEST_F(WindowTest, TheDialogsChoicesCleanTheSelectionTheirWayOrNot) {
+    struct Case {
+        const char* button;
+        std::vector<std::string> calls;
+    };
+    const Case cases[] = {
+        {"cancel", {}},
+        {"trash", {"trash /n/a"}},
+        {"delete", {"delete /n/a"}},
+    };
+    start({makeResult(npm, {{"/n/a", 300}, {"/n/b", 200}})});
+    scanned();
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.button);
+        cleaned->calls.clear();
+        model->setSelectedEntryIDs({"/n/a"});
+        test::settle();
+        window->content()->cleanButton()->click();
+        QDialog* dialog = window->content()->cleanDialog();
+        ASSERT_NE(dialog, nullptr);
+        EXPECT_EQ(dialog->windowTitle(), QString::fromStdString("清理选中的 1 项,共 " + Formatting::bytes(300) + "?"));
+        dialog->findChild<QPushButton*>(QString::fromLatin1(c.button))->click();
+        ASSERT_TRUE(test::waitUntil([this] { return !model->isBusy(); }));
+        test::settle();
+        EXPECT_EQ(window->content()->cleanDialog(), nullptr);
+        std::lock_guard guard(cleaned->lock);
+        EXPECT_EQ(cleaned->calls, c.calls);
+    }
+}
+
+TEST_F(WindowTest, WithoutDiskDataTheBarLeavesOutTheDiskAndTheSpaceLeft) {
+    start({makeResult(npm, {{"/n/a", 800}})}, 100, false);
+    scanned();
+    model->setSelectedEntryIDs({"/n/a"});
+    test::settle();
+    EXPECT_FALSE(find(QStringLiteral("diskSegment"))->isVisible());
+    EXPECT_EQ(find<QLabel>(QStringLiteral("selectionStatus"))->text(), QStringLiteral("已选 1 项"));
+}
+
+TEST_F(WindowTest, CtrlRRescansUnlessAScanRuns) {
+    start({makeResult(npm, {{"/n/a", 800}})}, 1);
+    scanned();
+    ASSERT_EQ(started->load(), 1);
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_R, Qt::ControlModifier);
+    test::settle();
+    EXPECT_EQ(started->load(), 2);
+    ASSERT_TRUE(model->isBusy());
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_R, Qt::ControlModifier);
+    test::settle();
+    EXPECT_EQ(started->load(), 2);
 }
 
 TEST_F(WindowTest, SelectionStatusNeverPromisesMoreThanTheDisk) {
