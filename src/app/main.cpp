@@ -1,5 +1,6 @@
 // The desktop application: one window over the model, one instance per user.
 
+#include "LumabroomVersion.h"
 #include "MainWindow.h"
 #include "SingleInstance.h"
 #include "model/AppModel.h"
@@ -9,16 +10,45 @@
 #include "update/Updater.h"
 
 #include <QApplication>
+#include <QCommandLineParser>
 #include <QDesktopServices>
 #include <QMessageBox>
 #include <QUrl>
 
+#include <cstring>
+
+namespace {
+
+// Only --help, --help-all and --version: everything else is in the window.
+void processOptions(const QCoreApplication& app) {
+    QCoreApplication::setOrganizationName(QStringLiteral("Lumabroom"));
+    QCoreApplication::setApplicationName(QStringLiteral("Lumabroom"));
+    QCoreApplication::setApplicationVersion(QString::fromLatin1(lumabroom::kVersion));
+    QCommandLineParser options;
+    options.addHelpOption();
+    options.addVersionOption();
+    options.process(app);
+}
+
+// Whether the arguments only ask for a text, which needs no display.
+bool asksForText(int argc, char** argv) {
+    for (int i = 1; i < argc; ++i)
+        for (const char* option : {"-h", "--help", "-v", "--version"})
+            if (std::strcmp(argv[i], option) == 0) return true;
+    return false;
+}
+
+} // namespace
+
 int main(int argc, char** argv) {
     using namespace lumabroom;
+    if (asksForText(argc, argv)) {
+        QCoreApplication app(argc, argv);
+        processOptions(app);
+    }
     QApplication app(argc, argv);
-    QApplication::setOrganizationName(QStringLiteral("Lumabroom"));
-    QApplication::setApplicationName(QStringLiteral("Lumabroom"));
-    QApplication::setApplicationVersion(QStringLiteral(LUMABROOM_VERSION));
+    processOptions(app);
+    QApplication::setDesktopFileName(QStringLiteral("app.lumabroom.Lumabroom"));
     QApplication::setStyle(QStringLiteral("Fusion"));
 
     SingleInstance instance;
