@@ -8,7 +8,9 @@
 #include "model/AppModel.h"
 #include "text/Formatting.h"
 #include "text/Localization.h"
+#include "update/Updater.h"
 
+#include <QAction>
 #include <QApplication>
 #include <QDialog>
 #include <QLabel>
@@ -383,6 +385,37 @@ TEST_F(WindowTest, LanguageChangeKeepsRouteAndSelectionAndClosesTheCleanDialog) 
 
     window->setLanguage(AppLanguage::chinese);
     Localization::setLanguageForThisRun(AppLanguage::chinese);
+}
+
+TEST_F(WindowTest, CheckForUpdatesWaitsUntilTheUpdaterCanCheck) {
+    Updater::setAutomaticallyChecksForUpdates(false); // no check of its own, so nothing leaves the machine
+    Updater updater(Updater::Options{.builtInFeedURL = QUrl(QStringLiteral("http://127.0.0.1:9/appcast.xml"))});
+    model = std::make_unique<AppModel>(test::testServices({}, std::make_shared<test::ServiceLog>()));
+    window = std::make_unique<MainWindow>(*model, &updater);
+    const auto* check = window->findChild<QAction*>(QStringLiteral("checkForUpdates"));
+    ASSERT_NE(check, nullptr);
+    EXPECT_FALSE(check->isEnabled());
+    updater.start();
+    EXPECT_TRUE(check->isEnabled());
+    window.reset();
+    Settings::remove("automaticallyChecksForUpdates");
+}
+
+TEST(WindowLook, AnUnknownStoredAppearanceIsDark) {
+    const std::pair<const char*, WindowLook::Appearance> cases[] = {
+        {"light", WindowLook::Appearance::light},
+        {"system", WindowLook::Appearance::system},
+        {"dark", WindowLook::Appearance::dark},
+        {"Light", WindowLook::Appearance::dark},
+        {"", WindowLook::Appearance::dark},
+    };
+    for (const auto& [stored, appearance] : cases) {
+        SCOPED_TRACE(stored);
+        Settings::setString("appearanceMode", stored);
+        EXPECT_EQ(WindowLook::storedAppearance(), appearance);
+    }
+    Settings::remove("appearanceMode");
+    EXPECT_EQ(WindowLook::storedAppearance(), WindowLook::Appearance::dark);
 }
 
 TEST(SingleInstance, ASecondLaunchKnocksAndTheFirstIsAskedToComeForward) {
