@@ -34,6 +34,8 @@ namespace {
 QString text(std::string_view key) { return QString::fromStdString(AppText::text(key)); }
 QString qs(const std::string& s) { return QString::fromStdString(s); }
 QString bytes(std::int64_t count) { return qs(Formatting::bytes(count)); }
+// A button's text shows "&" only doubled; single, it marks a mnemonic ("Xcode & Simulators").
+QString buttonText(QString text) { return text.replace(QLatin1Char('&'), QStringLiteral("&&")); }
 
 QString rgba(QColor c) {
     return QStringLiteral("rgba(%1,%2,%3,%4)").arg(c.red()).arg(c.green()).arg(c.blue()).arg(c.alphaF(), 0, 'f', 3);
@@ -320,19 +322,25 @@ void ContentView::refreshPanel() {
 
     // Tab goes from the chart down the panel's rows to the bottom bar, as they stand on screen.
     QWidget* previous = chart_;
+    QWidget* firstInPanel = nullptr;
     for (QWidget* w : page->findChildren<QWidget*>()) {
         if (!(w->focusPolicy() & Qt::TabFocus)) continue;
+        if (!firstInPanel) firstInPanel = w;
         setTabOrder(previous, w);
         previous = w;
     }
     setTabOrder(previous, cleanButton_);
 
-    if (!focusName.isEmpty())
-        if (auto* again = page->findChild<QWidget*>(focusName)) again->setFocus();
+    // The same control again, or, when a press changed the route, the first control of the new panel.
+    if (!focusName.isEmpty()) {
+        QWidget* again = page->findChild<QWidget*>(focusName);
+        if (!again && firstInPanel) again = firstInPanel;
+        if (again) again->setFocus();
+    }
 }
 
 void ContentView::addBackButton(QVBoxLayout& list, const QString& title, Category target) {
-    auto* back = new QPushButton(QStringLiteral("‹  ") + title, list.parentWidget());
+    auto* back = new QPushButton(QStringLiteral("‹  ") + buttonText(title), list.parentWidget());
     back->setObjectName(QStringLiteral("back"));
     back->setAccessibleName(title);
     back->setFlat(true);
@@ -508,7 +516,8 @@ void ContentView::fillRule(QVBoxLayout& list, const std::string& ruleID) {
     const bool selectable = rule.safety != SafetyLevel::reportOnly;
     for (const ScanEntry& entry : result->entries) {
         const std::string id = entry.id();
-        auto* box = new QCheckBox(qs(displayName(entry)) + QStringLiteral("   ") + bytes(entry.size), list.parentWidget());
+        auto* box = new QCheckBox(buttonText(qs(displayName(entry))) + QStringLiteral("   ") + bytes(entry.size),
+                                  list.parentWidget());
         box->setObjectName(QStringLiteral("entry.") + qs(id));
         box->setToolTip(qs(id));
         box->setChecked(model_.isSelected(id));

@@ -83,7 +83,10 @@ void MainWindow::applyLook() {
         "QLabel#selectionStatus { color: %2; }"
         "QPushButton#clean { border-radius: 19px; padding: 0 18px; border: none; background: %3; color: %2; }"
         "QPushButton#clean[filled=\"true\"] { background: %5; color: #06201d; font-weight: bold; }"
-        "QPushButton#clean:focus { border: 2px solid %4; }")
+        "QPushButton#clean:focus { border: 2px solid %4; }"
+        "QCheckBox::indicator { width: 14px; height: 14px; border: 1px solid %2; border-radius: 4px; }"
+        "QCheckBox::indicator:checked { background: %5; border-color: %5; }"
+        "QCheckBox::indicator:disabled { border-style: dashed; }")
                           .arg(palette.color(QPalette::Window).name(), rgba(secondary), rgba(card), rgba(outline),
                                accent.name(), rgba(bar), rgba(selectedOutline)));
 }

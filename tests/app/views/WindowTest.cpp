@@ -233,6 +233,12 @@ TEST_F(WindowTest, TheKeyboardOpensAGroupAndTicksARuleInTheOrderOfTheLayout) {
     EXPECT_EQ(focused(), QStringLiteral("check.npm"));
     press(Qt::Key_Tab);
     EXPECT_EQ(focused(), QStringLiteral("clean"));
+
+    // Opening a card leaves the focus at the top of the panel it opened.
+    window->findChild<QPushButton*>(QStringLiteral("rule.npm"))->setFocus();
+    press(Qt::Key_Space);
+    EXPECT_EQ(model->route(), Route::rule("npm"));
+    EXPECT_EQ(focused(), QStringLiteral("back"));
 }
 
 TEST_F(WindowTest, CleanButtonAndReturnDoNothingDuringAScanOrWithZeroBytesSelected) {
