@@ -10,9 +10,13 @@
 
 #include <QApplication>
 #include <QImage>
+#include <QMouseEvent>
 #include <QPainter>
 
 #include <benchmark/benchmark.h>
+
+#include <algorithm>
+#include <cmath>
 
 namespace {
 
@@ -41,6 +45,19 @@ void paintFrame(QImage& image, const ChartSample& sample, const Route* from, dou
     SunburstPainter::paint(painter, QRectF(QPointF(), viewSize).center(), shapes, false);
 }
 
+ChartSample allSelected() {
+    ChartSample sample = ChartSample::worst();
+    for (const RuleScanResult& r : sample.results)
+        for (std::size_t i = 0; i < 2; ++i) sample.selected.insert(r.entries[i].id());
+    return sample;
+}
+
+void show(SunburstWidget& widget, const ChartSample& sample) {
+    widget.setLight(false);
+    widget.resize(viewSize);
+    widget.setProvider([&sample] { return sample.input(); });
+}
+
 void settledOverview(benchmark::State& state) {
     const ChartSample sample = ChartSample::worst();
     QImage image = canvas(double(state.range(0)));
@@ -65,9 +82,7 @@ void settledOverviewHovered(benchmark::State& state) {
 
 // Two entries of every rule selected: a glow under every category, rule and selected decoration.
 void settledOverviewAllSelected(benchmark::State& state) {
-    ChartSample sample = ChartSample::worst();
-    for (const RuleScanResult& r : sample.results)
-        for (std::size_t i = 0; i < 2; ++i) sample.selected.insert(r.entries[i].id());
+    const ChartSample sample = allSelected();
     QImage image = canvas(double(state.range(0)));
     for (auto _ : state) paintFrame(image, sample, nullptr, 1, std::nullopt);
 }
@@ -86,9 +101,7 @@ void morphIntoCategory(benchmark::State& state) {
 void widgetRepaint(benchmark::State& state) {
     const ChartSample sample = ChartSample::worst();
     SunburstWidget widget;
-    widget.setLight(false);
-    widget.resize(viewSize);
-    widget.setProvider([&sample] { return sample.input(); });
+    show(widget, sample);
     QImage image = canvas(double(state.range(0)));
     for (auto _ : state) {
         image.fill(background);
@@ -96,12 +109,45 @@ void widgetRepaint(benchmark::State& state) {
     }
 }
 
+// The pointer going back and forth between the biggest category and a decoration, one repaint each:
+// what a settled frame costs as the hover changes, the picture of the last frame at hand.
+void hoverBackAndForth(benchmark::State& state, const ChartSample& sample) {
+    SunburstWidget widget;
+    show(widget, sample);
+    const auto list = Sunburst::segments(sample.input());
+    const auto middle = [&](std::string_view prefix) {
+        const auto it = std::ranges::find_if(list, [&](const Segment& s) { return s.id.starts_with(prefix); });
+        const double angle = (it->start + it->end) / 2;
+        const double r = Sunburst::radius(viewSize) * (it->band.inner + it->band.outer) / 2;
+        return QRectF(QPointF(), viewSize).center() + QPointF(r * std::cos(angle), r * std::sin(angle));
+    };
+    const QPointF points[2] = {middle("cat:packageManager"), middle("deco:")};
+    QImage image = canvas(double(state.range(0)));
+    widget.render(&image);
+    int turn = 0;
+    for (auto _ : state) {
+        const QPointF point = points[turn++ % 2];
+        QMouseEvent move(QEvent::MouseMove, point, point, Qt::NoButton, Qt::NoButton, Qt::NoModifier);
+        QApplication::sendEvent(&widget, &move);
+        image.fill(background);
+        widget.render(&image);
+    }
+}
+
+void widgetHoverChange(benchmark::State& state) { hoverBackAndForth(state, ChartSample::worst()); }
+
+// The same over the busiest overview with two entries of every rule selected: the glows of the
+// shapes around the one that changed are painted again, their blur kept from the frame before.
+void widgetHoverChangeAllSelected(benchmark::State& state) { hoverBackAndForth(state, allSelected()); }
+
 BENCHMARK(settledOverview)->Arg(1)->Arg(2)->Unit(benchmark::kMillisecond);
 BENCHMARK(settledTypicalOverview)->Arg(1)->Arg(2)->Unit(benchmark::kMillisecond);
 BENCHMARK(settledOverviewHovered)->Arg(1)->Arg(2)->Unit(benchmark::kMillisecond);
 BENCHMARK(settledOverviewAllSelected)->Arg(1)->Arg(2)->Unit(benchmark::kMillisecond);
 BENCHMARK(morphIntoCategory)->Arg(1)->Arg(2)->Unit(benchmark::kMillisecond);
 BENCHMARK(widgetRepaint)->Arg(1)->Arg(2)->Unit(benchmark::kMillisecond);
+BENCHMARK(widgetHoverChange)->Arg(1)->Arg(2)->Unit(benchmark::kMillisecond);
+BENCHMARK(widgetHoverChangeAllSelected)->Arg(1)->Arg(2)->Unit(benchmark::kMillisecond);
 
 } // namespace
 

@@ -15,16 +15,11 @@ namespace {
 constexpr double notchWidth = 2;
 // Points of arc at the outer edge below which a shape counts as a thin spike.
 constexpr double thinShape = 12;
+// Largest distance in device pixels between an arc and the chord that stands for it.
+constexpr double arcTolerance = 0.1;
 // The glow is soft, so it is drawn at a quarter of the resolution and scaled up: sixteen times fewer
 // pixels to blur.
 constexpr double glowScale = 0.25;
-
-// Qt's arcs count degrees counter-clockwise with y up; ours count radians clockwise with y down.
-double qtDegrees(double radians) { return -radians * 180 / std::numbers::pi; }
-
-QRectF circle(QPointF centre, double radius) {
-    return {centre.x() - radius, centre.y() - radius, 2 * radius, 2 * radius};
-}
 
 // One pass of a running-sum box filter along `count` pixels `stride` apart, clamped at the edges.
 void blurLine(std::uint32_t* line, int count, int stride, int radius, std::vector<std::uint32_t>& copy) {
@@ -46,7 +41,7 @@ void blurLine(std::uint32_t* line, int count, int stride, int radius, std::vecto
     }
 }
 
-void paintGlow(QPainter& painter, const QPainterPath& shape, const QColor& color) {
+GlowCache::Glow blurredGlow(const QPolygonF& shape, const QColor& color) {
     const double margin = 3 * glowRadius;
     const QRectF area = shape.boundingRect().adjusted(-margin, -margin, margin, margin);
     QImage glow(QSize(int(std::ceil(area.width() * glowScale)), int(std::ceil(area.height() * glowScale))),
@@ -57,26 +52,48 @@ void paintGlow(QPainter& painter, const QPainterPath& shape, const QColor& color
         p.setRenderHint(QPainter::Antialiasing);
         p.scale(glowScale, glowScale);
         p.translate(-area.topLeft());
-        p.fillPath(shape, color);
+        p.setPen(Qt::NoPen);
+        p.setBrush(color);
+        p.drawPolygon(shape);
     }
     boxBlur(glow, int(std::lround(glowRadius * glowScale)));
+    return {QRectF(area.topLeft(), QSizeF(glow.width() / glowScale, glow.height() / glowScale)), std::move(glow)};
+}
+
+void paintGlow(QPainter& painter, const GlowCache::Glow& glow) {
     painter.save();
     painter.setOpacity(glowOpacity);
     painter.setRenderHint(QPainter::SmoothPixmapTransform);
-    painter.drawImage(QRectF(area.topLeft(), QSizeF(glow.width() / glowScale, glow.height() / glowScale)), glow);
+    painter.drawImage(glow.target, glow.image);
     painter.restore();
+}
+
+// Appends the arc of `radius` from `start` to `end`, as many chords as keep it within the tolerance at
+// `scale` device pixels per point.
+void appendArc(QPolygonF& polygon, QPointF centre, double radius, double start, double end, double scale) {
+    const double devicePixels = radius * scale;
+    const double step = devicePixels > arcTolerance ? 2 * std::acos(1 - arcTolerance / devicePixels) : std::numbers::pi;
+    const int chords = std::max(1, int(std::ceil(std::abs(end - start) / step)));
+    for (int i = 0; i <= chords; ++i) {
+        const double angle = start + (end - start) * i / chords;
+        polygon.append(centre + QPointF(radius * std::cos(angle), radius * std::sin(angle)));
+    }
+}
+
+// A pixel beyond the polygon for the outline and the antialiasing; a glow reaches its blur's margin,
+// rounded up to whole pixels of its reduced image.
+QRectF reach(const QPolygonF& polygon, bool emphasised) {
+    const double margin = emphasised ? 3 * glowRadius + 1 / glowScale + 1 : 1;
+    return polygon.boundingRect().adjusted(-margin, -margin, margin, margin);
 }
 
 } // namespace
 
-QPainterPath sectorPath(QPointF centre, double innerRadius, double outerRadius, double start, double end) {
-    const double sweep = qtDegrees(end) - qtDegrees(start);
-    QPainterPath path;
-    path.arcMoveTo(circle(centre, outerRadius), qtDegrees(start));
-    path.arcTo(circle(centre, outerRadius), qtDegrees(start), sweep);
-    path.arcTo(circle(centre, innerRadius), qtDegrees(end), -sweep);
-    path.closeSubpath();
-    return path;
+QPolygonF sectorPolygon(QPointF centre, double innerRadius, double outerRadius, double start, double end, double scale) {
+    QPolygonF polygon;
+    appendArc(polygon, centre, outerRadius, start, end, scale);
+    appendArc(polygon, centre, innerRadius, end, start, scale);
+    return polygon;
 }
 
 void boxBlur(QImage& image, int radius) {
@@ -92,7 +109,25 @@ void boxBlur(QImage& image, int radius) {
     }
 }
 
-void paint(QPainter& painter, QPointF centre, std::span<const DrawnSegment> shapes, bool light) {
+QRectF bounds(QPointF centre, const DrawnSegment& shape) {
+    return reach(sectorPolygon(centre, shape.innerRadius, shape.outerRadius, shape.start, shape.end, 1),
+                 shape.emphasised);
+}
+
+std::optional<QRectF> changedArea(QPointF centre, std::span<const DrawnSegment> before,
+                                  std::span<const DrawnSegment> after) {
+    if (before.size() != after.size()) return std::nullopt;
+    QRectF area;
+    for (std::size_t i = 0; i < after.size(); ++i) {
+        if (before[i] == after[i]) continue;
+        if (before[i].id != after[i].id) return std::nullopt;
+        area |= bounds(centre, before[i]) | bounds(centre, after[i]);
+    }
+    return area;
+}
+
+void paint(QPainter& painter, QPointF centre, std::span<const DrawnSegment> shapes, bool light, const QRectF& area,
+           GlowCache* glows) {
     painter.save();
     painter.setRenderHint(QPainter::Antialiasing);
     painter.setPen(Qt::NoPen);
@@ -102,32 +137,58 @@ void paint(QPainter& painter, QPointF centre, std::span<const DrawnSegment> shap
         color.setAlphaF(float(color.alphaF() * alpha));
         return color;
     };
+    const double scale = painter.deviceTransform().m11();
     for (const DrawnSegment& shape : shapes) {
-        const QPainterPath path = sectorPath(centre, shape.innerRadius, shape.outerRadius, shape.start, shape.end);
-        if (shape.emphasised) paintGlow(painter, path, shape.color);
+        // A fading sliver under a device pixel wide comes out of the hard-edged fill below as a broken
+        // line, on one frame of a fold: hundreds of them cost a third of a morph frame.
+        const double devicePixels = (shape.end - shape.start) * shape.outerRadius * scale;
+        if (shape.alpha < 1 && devicePixels < 1) continue;
+        const QPolygonF polygon =
+            sectorPolygon(centre, shape.innerRadius, shape.outerRadius, shape.start, shape.end, scale);
+        if (area.isValid() && !area.intersects(reach(polygon, shape.emphasised))) continue;
+        if (shape.emphasised) {
+            if (!glows) {
+                paintGlow(painter, blurredGlow(polygon, shape.color));
+            } else {
+                const GlowCache::Key key{centre, shape.innerRadius, shape.outerRadius, shape.start, shape.end, scale,
+                                         shape.color.rgba()};
+                auto it = std::ranges::find(glows->entries, key, &GlowCache::Entry::key);
+                if (it == glows->entries.end()) {
+                    if (glows->entries.size() >= GlowCache::capacity) glows->entries.clear();
+                    glows->entries.push_back({key, blurredGlow(polygon, shape.color)});
+                    it = glows->entries.end() - 1;
+                }
+                paintGlow(painter, it->glow);
+            }
+        }
         const QColor color = faded(shape.color, shape.alpha);
-        if ((shape.end - shape.start) * shape.outerRadius < thinShape) {
+        painter.setBrush(color);
+        if (devicePixels < thinShape * scale) {
             // Antialiased filling costs per scanline and edge, which long thin spikes have most of:
-            // a hard-edged fill under a one-pixel antialiased outline looks the same for a third of the
-            // time. A spike that fades in or out moves too fast for its edges to show, and blending a
+            // a hard-edged fill under a one-pixel antialiased outline looks the same for half the time.
+            // A spike that fades in or out moves too fast for its edges to show, and blending a
             // translucent outline costs more than the fill, so it goes without.
             painter.setRenderHint(QPainter::Antialiasing, false);
-            painter.fillPath(path, color);
+            painter.drawPolygon(polygon);
             painter.setRenderHint(QPainter::Antialiasing);
             if (shape.alpha >= 1) {
                 QPen outline(color, 0);
                 outline.setCosmetic(true);
-                painter.strokePath(path, outline);
+                painter.setPen(outline);
+                painter.setBrush(Qt::NoBrush);
+                painter.drawPolygon(polygon);
+                painter.setPen(Qt::NoPen);
             }
         } else {
-            painter.fillPath(path, color);
+            painter.drawPolygon(polygon);
         }
         if (!shape.notchRadii.empty()) {
-            // Thin ring sectors rather than strokes: the same pixels without the stroker.
-            QPainterPath notches;
+            // Thin ring sectors rather than strokes: the same pixels without the stroker. Gathering
+            // them across shapes into one fill was measured slower: the rasterizer's pool overflows.
+            painter.setBrush(faded(SunburstDraw::notchColor(light), shape.alpha));
             for (double r : shape.notchRadii)
-                notches.addPath(sectorPath(centre, r - notchWidth / 2, r + notchWidth / 2, shape.start, shape.end));
-            painter.fillPath(notches, faded(SunburstDraw::notchColor(light), shape.alpha));
+                painter.drawPolygon(
+                    sectorPolygon(centre, r - notchWidth / 2, r + notchWidth / 2, shape.start, shape.end, scale));
         }
     }
     painter.restore();

@@ -184,15 +184,28 @@ void SunburstWidget::paintEvent(QPaintEvent*) {
     } else {
         // The target's own ratio: the screen's backing store, or the image of a render() call.
         const qreal ratio = painter.paintEngine()->paintDevice()->devicePixelRatioF();
-        if (settled.image.isNull() || settled.shapes != shapes || settled.size != size() || settled.ratio != ratio ||
-            settled.light != light) {
+        if (settled.image.isNull() || settled.size != size() || settled.ratio != ratio || settled.light != light) {
             QImage image(size() * ratio, QImage::Format_ARGB32_Premultiplied);
             image.setDevicePixelRatio(ratio);
             image.fill(Qt::transparent);
             QPainter layer(&image);
-            SunburstPainter::paint(layer, centre, shapes, light);
+            SunburstPainter::paint(layer, centre, shapes, light, {}, &glows);
             layer.end();
             settled = {shapes, size(), ratio, light, std::move(image)};
+        } else if (settled.shapes != shapes) {
+            // A change of hover or selection touches a few shapes: only where they lie is painted again,
+            // over whole device pixels so that the rest of the picture stays as it was.
+            const auto changed = SunburstPainter::changedArea(centre, settled.shapes, shapes);
+            const QRectF device = changed ? QRectF(changed->topLeft() * ratio, changed->size() * ratio).toAlignedRect()
+                                          : QRectF(settled.image.rect());
+            const QRectF area(device.topLeft() / ratio, device.size() / ratio);
+            QPainter layer(&settled.image);
+            layer.setCompositionMode(QPainter::CompositionMode_Source);
+            layer.fillRect(area, Qt::transparent);
+            layer.setCompositionMode(QPainter::CompositionMode_SourceOver);
+            layer.setClipRect(area);
+            SunburstPainter::paint(layer, centre, shapes, light, area, &glows);
+            settled.shapes = shapes;
         }
         painter.drawImage(QPointF(0, 0), settled.image);
     }

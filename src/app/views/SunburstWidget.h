@@ -5,6 +5,7 @@
 #include "Segment.h"
 #include "Spring.h"
 #include "Sunburst.h"
+#include "SunburstPainter.h"
 
 #include <QImage>
 #include <QWidget>
@@ -78,6 +79,7 @@ private:
         QImage image;
     };
     SettledLayer settled;
+    SunburstPainter::GlowCache glows;
 };
 
 } // namespace lumabroom

@@ -1,7 +1,5 @@
 #include "Spring.h"
 
-#include <QCoreApplication>
-
 #include <gtest/gtest.h>
 
 #include <cmath>
@@ -9,20 +7,6 @@
 
 namespace lumabroom {
 namespace {
-
-// Animations need an application object for their clock.
-class CoreApplication : public ::testing::Environment {
-public:
-    void SetUp() override { app = std::make_unique<QCoreApplication>(argc, argv); }
-    void TearDown() override { app.reset(); }
-
-private:
-    int argc = 1;
-    char name[8] = "springs";
-    char* argv[2] = {name, nullptr};
-    std::unique_ptr<QCoreApplication> app;
-};
-const auto* const environment = ::testing::AddGlobalTestEnvironment(new CoreApplication);
 
 TEST(Spring, UnderdampedOvershootsByTheTextbookAmount) {
     const Spring spring{0.55, 0.85};

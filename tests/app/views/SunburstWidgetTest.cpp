@@ -47,16 +47,19 @@ protected:
     void SetUp() override {
         results = {rule("a", Category::xcode, 600, SafetyLevel::safe), rule("b", Category::system, 300, SafetyLevel::reportOnly)};
         widget.resize(440, 440); // R = 196
-        widget.setProvider([this] {
+        widget.setProvider(provider());
+        QObject::connect(&widget, &SunburstWidget::tapped, &widget, [this](const TapDecision& d) { taps.push_back(d); });
+    }
+
+    SunburstWidget::Provider provider() {
+        return [this] {
             ChartInput in;
             for (const RuleScanResult& r : results) in.groups.push_back(VisibleGroup{r.rule.category, {&r}});
             in.results = results;
             in.route = route;
             return in;
-        });
-        QObject::connect(&widget, &SunburstWidget::tapped, &widget, [this](const TapDecision& d) { taps.push_back(d); });
+        };
     }
-
     QPointF at(double fraction, double angle) const {
         return {220 + 196 * fraction * std::cos(angle), 220 + 196 * fraction * std::sin(angle)};
     }
@@ -141,6 +144,41 @@ TEST_F(SunburstWidgetTest, PictureFollowsHoverAndRouteWithoutStaleFrames) {
     results[0].entries[0].size = 900;
     widget.refresh();
     EXPECT_NE(picture(), plain);
+}
+
+// The picture kept between frames is painted again only where the hover changed it: the result must
+// be the picture a widget that went straight there paints.
+TEST_F(SunburstWidgetTest, HoverChangeRepaintsTheSamePictureAsAFreshWidget) {
+    const auto picture = [](SunburstWidget& w, double ratio) {
+        QImage image(w.size() * ratio, QImage::Format_ARGB32_Premultiplied);
+        image.setDevicePixelRatio(ratio);
+        image.fill(Qt::black);
+        w.render(&image);
+        return image;
+    };
+    const QPointF xcode = at(0.25, top + 0.1);
+    const QPointF system = at(0.25, top + 5);
+    for (double ratio : {1.0, 2.0, 1.5}) {
+        SCOPED_TRACE(ratio);
+        SunburstWidget fresh;
+        fresh.resize(widget.size());
+        fresh.setProvider(provider());
+        const auto moveBoth = [&](QPointF point) {
+            send(QEvent::MouseMove, point);
+            QMouseEvent event(QEvent::MouseMove, point, fresh.mapToGlobal(point), Qt::NoButton, Qt::NoButton,
+                              Qt::NoModifier);
+            QApplication::sendEvent(&fresh, &event);
+        };
+        picture(widget, ratio);
+        send(QEvent::MouseMove, xcode);
+        EXPECT_EQ(widget.hoveredID(), "cat:xcode");
+        picture(widget, ratio);
+        moveBoth(system);
+        EXPECT_EQ(widget.hoveredID(), "cat:sys");
+        EXPECT_EQ(picture(widget, ratio), picture(fresh, ratio));
+        moveBoth(at(0.05, top)); // the hole: no glow left
+        EXPECT_EQ(picture(widget, ratio), picture(fresh, ratio));
+    }
 }
 
 TEST_F(SunburstWidgetTest, HoverIsTakenAgainAfterTheRouteChanges) {
