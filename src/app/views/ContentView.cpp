@@ -1,6 +1,7 @@
 #include "ContentView.h"
 
 #include "RuleCheckbox.h"
+#include "RuleDetailPanel.h"
 #include "SunburstWidget.h"
 #include "host/Platform.h"
 #include "model/AppModel.h"
@@ -11,7 +12,6 @@
 
 #include <QActionGroup>
 #include <QApplication>
-#include <QCheckBox>
 #include <QDialog>
 #include <QDialogButtonBox>
 #include <QHBoxLayout>
@@ -22,6 +22,7 @@
 #include <QScrollArea>
 #include <QScrollBar>
 #include <QShortcut>
+#include <QStackedWidget>
 #include <QStyle>
 #include <QToolButton>
 #include <QVBoxLayout>
@@ -102,16 +103,17 @@ ContentView::ContentView(AppModel& model, Updater* updater, bool light, QWidget*
     connect(chart_, &SunburstWidget::tapped, this, &ContentView::apply);
     row->addWidget(chart_, 1);
 
-    panel_ = new QScrollArea(this);
-    panel_->setObjectName(QStringLiteral("rightPanel"));
-    panel_->setFixedWidth(540);
+    rightPanel_ = new QStackedWidget(this);
+    rightPanel_->setObjectName(QStringLiteral("rightPanel"));
+    rightPanel_->setFixedWidth(540);
+    panel_ = new QScrollArea(rightPanel_);
+    rightPanel_->addWidget(panel_);
     panel_->setWidgetResizable(true);
     panel_->setFrameShape(QFrame::NoFrame);
     panel_->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     panel_->setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     panel_->setFocusPolicy(Qt::NoFocus);
-    row->addWidget(panel_);
-    panel_->setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Expanding);
+    row->addWidget(rightPanel_);
     column->addLayout(row, 1);
 
     auto* bottom = new QHBoxLayout;
@@ -302,6 +304,14 @@ void ContentView::refresh() {
 }
 
 void ContentView::refreshPanel() {
+    const Route& shown = model_.route();
+    if (shown.ruleID() && showDetail(*shown.ruleID())) return;
+    if (detail_) {
+        rightPanel_->setCurrentWidget(panel_);
+        detail_->deleteLater(); // its state starts over at the next rule
+        detail_ = nullptr;
+    }
+
     // Keep the focus on the same control across the rebuild.
     const QWidget* focused = window()->focusWidget(); // the window's own, whether or not it is active
     const QString focusName = focused && panel_->isAncestorOf(focused) ? focused->objectName() : QString();
@@ -314,7 +324,7 @@ void ContentView::refreshPanel() {
     list->setSpacing(6);
     back_ = nullptr;
     const Route& route = model_.route();
-    if (const std::string* id = route.ruleID()) fillRule(*list, *id);
+    if (route.ruleID()) addEmptyState(*list, "?", text("该项已不存在"), {});
     else fillOverview(*list, route.categoryValue());
     list->addStretch(1);
     panel_->setWidget(page);
@@ -498,35 +508,24 @@ void ContentView::fillOverview(QVBoxLayout& list, const Category* filter) {
     }
 }
 
-void ContentView::fillRule(QVBoxLayout& list, const std::string& ruleID) {
+bool ContentView::showDetail(const std::string& ruleID) {
     const RuleScanResult* result = model_.result(ruleID);
-    if (!result) {
-        addEmptyState(list, "?", text("该项已不存在"), {});
-        return;
+    if (!result) return false;
+    const bool focusInPanel = rightPanel_->isAncestorOf(window()->focusWidget());
+    if (!detail_) {
+        detail_ = new RuleDetailPanel(model_, ruleID, rightPanel_);
+        detail_->setObjectName(QStringLiteral("detail"));
+        rightPanel_->addWidget(detail_);
+        setTabOrder(chart_, detail_);
+        setTabOrder(detail_, cleanButton_);
+    } else if (detail_->ruleID() != ruleID) {
+        detail_->showRule(ruleID);
     }
-    const CleanRule& rule = result->rule;
-    addBackButton(list, qs(displayName(rule.category)), rule.category);
-    auto* title = new QLabel(qs(rule.name()), list.parentWidget());
-    title->setObjectName(QStringLiteral("ruleTitle"));
-    QFont bold = title->font();
-    bold.setBold(true);
-    bold.setPointSizeF(bold.pointSizeF() * 1.3);
-    title->setFont(bold);
-    list.addWidget(title);
-    const bool selectable = rule.safety != SafetyLevel::reportOnly;
-    for (const ScanEntry& entry : result->entries) {
-        const std::string id = entry.id();
-        auto* box = new QCheckBox(buttonText(qs(displayName(entry))) + QStringLiteral("   ") + bytes(entry.size),
-                                  list.parentWidget());
-        box->setObjectName(QStringLiteral("entry.") + qs(id));
-        box->setToolTip(qs(id));
-        box->setChecked(model_.isSelected(id));
-        box->setEnabled(selectable && entry.size > 0);
-        connect(box, &QCheckBox::clicked, &model_, [this, ruleID, id] {
-            if (const RuleScanResult* r = model_.result(ruleID)) model_.toggleEntry(*r, id);
-        });
-        list.addWidget(box);
-    }
+    rightPanel_->setCurrentWidget(detail_);
+    const Category category = result->rule.category;
+    back_ = [this, category] { model_.setRoute(Route::category(category)); };
+    if (focusInPanel) detail_->setFocus();
+    return true;
 }
 
 void ContentView::refreshBottomBar() {

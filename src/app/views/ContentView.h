@@ -15,12 +15,14 @@ class QBoxLayout;
 class QLabel;
 class QPushButton;
 class QScrollArea;
+class QStackedWidget;
 class QToolButton;
 class QVBoxLayout;
 
 namespace lumabroom {
 
 class AppModel;
+class RuleDetailPanel;
 class SunburstWidget;
 class Updater;
 struct TapDecision;
@@ -55,7 +57,7 @@ private:
     void refreshPanel();
     void refreshBottomBar();
     void fillOverview(QVBoxLayout& list, const Category* filter);
-    void fillRule(QVBoxLayout& list, const std::string& ruleID);
+    bool showDetail(const std::string& ruleID);
     void addBackButton(QVBoxLayout& list, const QString& label, Category target);
     void addEmptyState(QVBoxLayout& list, const char* symbol, const QString& title, const QString& description);
     void apply(const TapDecision& decision);
@@ -67,7 +69,9 @@ private:
     QPointer<Updater> updater_;
     bool light_ = false;
     SunburstWidget* chart_ = nullptr;
-    QScrollArea* panel_ = nullptr;
+    QStackedWidget* rightPanel_ = nullptr;
+    QScrollArea* panel_ = nullptr; // the overview list and the plain panels
+    RuleDetailPanel* detail_ = nullptr; // while a rule with a result is shown
     QPushButton* rescanButton_ = nullptr;
     QAction* emptyRulesAction_ = nullptr;
     QLabel* diskLabel_ = nullptr;
