@@ -261,11 +261,6 @@
         <source>勾选/取消整组</source>
         <translation>Select or deselect the whole group</translation>
     </message>
-    <message>
-        <extracomment>bottom bar: free space, then what can be cleaned</extracomment>
-        <source>可用 %1 · 可清理 %2</source>
-        <translation>%1 free · %2 cleanable</translation>
-    </message>
     <message numerus="yes">
         <extracomment>bottom bar: selection status with the space left after cleaning</extracomment>
         <source>已选 %n 项 · 清理后剩余 %1</source>

@@ -1,5 +1,6 @@
 #include "ContentView.h"
 
+#include "DiskBar.h"
 #include "RuleCheckbox.h"
 #include "RuleDetailPanel.h"
 #include "SunburstWidget.h"
@@ -267,9 +268,10 @@ QWidget* ContentView::makeBottomBar() {
     row->setContentsMargins(20, 8, 10, 8);
     row->setSpacing(14);
 
-    diskLabel_ = new QLabel(bar); // stands in for the disk segment
-    diskLabel_->setObjectName(QStringLiteral("diskSegment"));
-    row->addWidget(diskLabel_);
+    diskSegment_ = new DiskStatusSegment(bar);
+    diskSegment_->setObjectName(QStringLiteral("diskSegment"));
+    diskSegment_->setSizePolicy(QSizePolicy::Minimum, QSizePolicy::Preferred); // it keeps its room first
+    row->addWidget(diskSegment_);
     summaryLabel_ = new QLabel(bar);
     summaryLabel_->setObjectName(QStringLiteral("lastSummary"));
     summaryLabel_->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
@@ -530,11 +532,10 @@ bool ContentView::showDetail(const std::string& ruleID) {
 
 void ContentView::refreshBottomBar() {
     const auto& disk = model_.diskSpace();
-    diskLabel_->setVisible(disk.has_value());
+    diskSegment_->setVisible(disk.has_value());
     if (disk) {
         const std::int64_t cleanable = model_.directlyCleanableBytes();
-        diskLabel_->setText(qs(AppText::formatted("可用 %1 · 可清理 %2", {Formatting::bytes(disk->available),
-                                                                          Formatting::bytes(cleanable)})));
+        diskSegment_->setValues(*disk, cleanable, model_.totalBytes() - cleanable);
     }
     const auto& summary = model_.lastSummary();
     summaryLabel_->setVisible(summary.has_value());

@@ -22,6 +22,7 @@ class QVBoxLayout;
 namespace lumabroom {
 
 class AppModel;
+class DiskStatusSegment;
 class RuleDetailPanel;
 class SunburstWidget;
 class Updater;
@@ -74,7 +75,7 @@ private:
     RuleDetailPanel* detail_ = nullptr; // while a rule with a result is shown
     QPushButton* rescanButton_ = nullptr;
     QAction* emptyRulesAction_ = nullptr;
-    QLabel* diskLabel_ = nullptr;
+    DiskStatusSegment* diskSegment_ = nullptr;
     QLabel* summaryLabel_ = nullptr;
     QLabel* selectionLabel_ = nullptr;
     QPushButton* cleanButton_ = nullptr;
