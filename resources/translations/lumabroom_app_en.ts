@@ -194,16 +194,6 @@
         <translation>Appearance</translation>
     </message>
     <message>
-        <extracomment>appearance: dark</extracomment>
-        <source>深色</source>
-        <translation>Dark</translation>
-    </message>
-    <message>
-        <extracomment>appearance: light</extracomment>
-        <source>浅色</source>
-        <translation>Light</translation>
-    </message>
-    <message>
         <extracomment>options: the chart colours picker</extracomment>
         <source>图表配色</source>
         <translation>Chart colours</translation>

@@ -3,6 +3,7 @@
 #include "DiskBar.h"
 #include "RuleCheckbox.h"
 #include "RuleDetailPanel.h"
+#include "WindowLook.h"
 #include "SunburstWidget.h"
 #include "host/Platform.h"
 #include "model/AppModel.h"
@@ -222,10 +223,10 @@ QToolButton* ContentView::makeOptionsButton() {
     };
 
     auto [appearanceMenu, appearances] = picker(text("外观"));
-    const auto current = WindowLook::storedAppearance();
-    for (const auto appearance : WindowLook::allAppearances) {
-        auto* action = choice(appearanceMenu, appearances, WindowLook::displayName(appearance), appearance == current);
-        connect(action, &QAction::triggered, this, [this, appearance] { emit appearanceChosen(appearance); });
+    const auto current = Appearance::stored();
+    for (const AppearanceMode mode : allAppearanceModes) {
+        auto* action = choice(appearanceMenu, appearances, Appearance::displayName(mode), mode == current);
+        connect(action, &QAction::triggered, this, [this, mode] { emit appearanceChosen(mode); });
     }
 
     auto [paletteMenu, palettes] = picker(text("图表配色"));
@@ -270,7 +271,7 @@ QWidget* ContentView::makeBottomBar() {
 
     diskSegment_ = new DiskStatusSegment(bar);
     diskSegment_->setObjectName(QStringLiteral("diskSegment"));
-    diskSegment_->setSizePolicy(QSizePolicy::Minimum, QSizePolicy::Preferred); // it keeps its room first
+    diskSegment_->setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Preferred); // it keeps its room first
     row->addWidget(diskSegment_);
     summaryLabel_ = new QLabel(bar);
     summaryLabel_->setObjectName(QStringLiteral("lastSummary"));

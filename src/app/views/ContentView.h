@@ -1,6 +1,6 @@
 #pragma once
 
-#include "WindowLook.h"
+#include "Appearance.h"
 #include "chart/SunburstPalette.h"
 #include "text/Localization.h"
 
@@ -46,7 +46,7 @@ public:
 
 signals:
     void languageChosen(lumabroom::AppLanguage language);
-    void appearanceChosen(lumabroom::WindowLook::Appearance appearance);
+    void appearanceChosen(lumabroom::AppearanceMode mode);
     void paletteChosen(lumabroom::ChartPalette palette);
 
 private:

@@ -1,6 +1,7 @@
 #include "MainWindow.h"
 
 #include "ContentView.h"
+#include "WindowLook.h"
 #include "host/Platform.h"
 #include "model/AppModel.h"
 #include "model/AppText.h"
@@ -14,13 +15,18 @@
 namespace lumabroom {
 
 MainWindow::MainWindow(AppModel& model, Updater* updater, QWidget* parent)
-    : QWidget(parent), model_(model), updater_(updater), systemPalette_(QApplication::palette()) {
+    : QWidget(parent), model_(model), updater_(updater) {
     setObjectName(QStringLiteral("mainWindow"));
     auto* layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
     resize(1200, 760);
     applyLook();
     rebuild();
+    // "Follow the system" follows it while the window is open.
+    connect(&appearance_, &AppearanceController::darkChanged, this, [this] {
+        applyLook();
+        rebuild();
+    });
 }
 
 void MainWindow::setLanguage(AppLanguage language) {
@@ -28,11 +34,7 @@ void MainWindow::setLanguage(AppLanguage language) {
     rebuild();
 }
 
-void MainWindow::setAppearance(WindowLook::Appearance appearance) {
-    WindowLook::storeAppearance(appearance);
-    applyLook();
-    rebuild();
-}
+void MainWindow::setAppearance(AppearanceMode mode) { appearance_.setMode(mode); }
 
 void MainWindow::rebuild() {
     setWindowTitle(QString::fromStdString(AppText::text("Lumabroom")));
@@ -51,7 +53,7 @@ void MainWindow::rebuild() {
 }
 
 void MainWindow::applyLook() {
-    light_ = WindowLook::isLight(WindowLook::storedAppearance(), systemPalette_);
+    light_ = !appearance_.isDark();
     const bool light = light_;
     const QPalette palette = WindowLook::palette(light);
     QApplication::setPalette(palette);

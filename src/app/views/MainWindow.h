@@ -1,6 +1,6 @@
 #pragma once
 
-#include "WindowLook.h"
+#include "Appearance.h"
 #include "text/Localization.h"
 
 #include <QPointer>
@@ -22,7 +22,7 @@ public:
 
     ContentView* content() const { return content_; }
     void setLanguage(AppLanguage language);
-    void setAppearance(WindowLook::Appearance appearance);
+    void setAppearance(AppearanceMode mode);
     // Raises the window above the others, as a second launch asks.
     void bringToFront();
 
@@ -36,8 +36,7 @@ private:
 
     AppModel& model_;
     QPointer<Updater> updater_;
-    // The platform's own, read before the window sets its scheme.
-    QPalette systemPalette_;
+    AppearanceController appearance_;
     ContentView* content_ = nullptr;
     bool shown_ = false;
     bool light_ = false;

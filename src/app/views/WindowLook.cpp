@@ -1,45 +1,7 @@
 #include "WindowLook.h"
 
-#include "host/Settings.h"
-#include "model/AppText.h"
 
 namespace lumabroom::WindowLook {
-
-std::string_view rawValue(Appearance appearance) {
-    switch (appearance) {
-    case Appearance::system: return "system";
-    case Appearance::dark: return "dark";
-    case Appearance::light: return "light";
-    }
-    return "dark";
-}
-
-std::string displayName(Appearance appearance) {
-    switch (appearance) {
-    case Appearance::system: return AppText::text("跟随系统");
-    case Appearance::dark: return AppText::text("深色");
-    case Appearance::light: return AppText::text("浅色");
-    }
-    return {};
-}
-
-Appearance storedAppearance() {
-    const auto stored = Settings::string("appearanceMode");
-    for (const Appearance appearance : allAppearances)
-        if (stored && *stored == rawValue(appearance)) return appearance;
-    return Appearance::dark;
-}
-
-void storeAppearance(Appearance appearance) { Settings::setString("appearanceMode", rawValue(appearance)); }
-
-bool isLight(Appearance appearance, const QPalette& systemPalette) {
-    switch (appearance) {
-    case Appearance::dark: return false;
-    case Appearance::light: return true;
-    case Appearance::system: return systemPalette.color(QPalette::Window).lightnessF() > 0.5;
-    }
-    return false;
-}
 
 QPalette palette(bool light) {
     QPalette p;

@@ -3,28 +3,11 @@
 #include <QColor>
 #include <QPalette>
 
-#include <array>
-#include <string>
-#include <string_view>
-
-class QApplication;
-
 // The window's stand-ins for the shared look: plain palette colours until the themed pieces take
 // their place. Each call site of the look goes through one function here.
 namespace lumabroom::WindowLook {
 
-enum class Appearance { system, dark, light };
-inline constexpr std::array allAppearances{Appearance::system, Appearance::dark, Appearance::light};
-
-std::string_view rawValue(Appearance);
-std::string displayName(Appearance);
-// The stored "appearanceMode"; dark when absent or unknown.
-Appearance storedAppearance();
-void storeAppearance(Appearance);
-
-// Whether the window draws in its light scheme under `appearance`.
-bool isLight(Appearance, const QPalette& systemPalette);
-// The application's palette for a scheme.
+// The window's palette for a scheme.
 QPalette palette(bool light);
 
 // Colours of the few marks that stand out.

@@ -411,23 +411,6 @@ TEST_F(WindowTest, CheckForUpdatesWaitsUntilTheUpdaterCanCheck) {
     Settings::remove("automaticallyChecksForUpdates");
 }
 
-TEST(WindowLook, AnUnknownStoredAppearanceIsDark) {
-    const std::pair<const char*, WindowLook::Appearance> cases[] = {
-        {"light", WindowLook::Appearance::light},
-        {"system", WindowLook::Appearance::system},
-        {"dark", WindowLook::Appearance::dark},
-        {"Light", WindowLook::Appearance::dark},
-        {"", WindowLook::Appearance::dark},
-    };
-    for (const auto& [stored, appearance] : cases) {
-        SCOPED_TRACE(stored);
-        Settings::setString("appearanceMode", stored);
-        EXPECT_EQ(WindowLook::storedAppearance(), appearance);
-    }
-    Settings::remove("appearanceMode");
-    EXPECT_EQ(WindowLook::storedAppearance(), WindowLook::Appearance::dark);
-}
-
 TEST(SingleInstance, ASecondLaunchKnocksAndTheFirstIsAskedToComeForward) {
     const QString name = QStringLiteral("lumabroom-test-") + QString::number(QCoreApplication::applicationPid());
     SingleInstance first(name);
