@@ -161,4 +161,149 @@
         <translation>Disk usage chart</translation>
     </message>
 </context>
+<context>
+    <name>Window</name>
+    <message>
+        <extracomment>window title and brand name</extracomment>
+        <source>Lumabroom</source>
+        <translation>Lumabroom</translation>
+    </message>
+    <message>
+        <extracomment>top bar: caption under the name</extracomment>
+        <source>开发者缓存清理</source>
+        <translation>Developer cache cleaner</translation>
+    </message>
+    <message>
+        <extracomment>top bar: tooltip of the rescan button; %1 is its shortcut</extracomment>
+        <source>重新扫描 (%1)</source>
+        <translation>Rescan (%1)</translation>
+    </message>
+    <message>
+        <extracomment>top bar: tooltip of the options button</extracomment>
+        <source>选项</source>
+        <translation>Options</translation>
+    </message>
+    <message>
+        <extracomment>options: show rules that found nothing</extracomment>
+        <source>显示空项</source>
+        <translation>Show empty items</translation>
+    </message>
+    <message>
+        <extracomment>options: the appearance picker</extracomment>
+        <source>外观</source>
+        <translation>Appearance</translation>
+    </message>
+    <message>
+        <extracomment>options: the chart colours picker</extracomment>
+        <source>图表配色</source>
+        <translation>Chart colours</translation>
+    </message>
+    <message>
+        <extracomment>chart colours: the hue palette</extracomment>
+        <source>彩色</source>
+        <translation>Colourful</translation>
+    </message>
+    <message>
+        <extracomment>chart colours: the palette for colour-blind eyes</extracomment>
+        <source>色盲友好</source>
+        <translation>Colour-blind safe</translation>
+    </message>
+    <message>
+        <extracomment>options: the language picker</extracomment>
+        <source>语言</source>
+        <translation>Language</translation>
+    </message>
+    <message>
+        <extracomment>options: ask for a newer version</extracomment>
+        <source>检查更新…</source>
+        <translation>Check for Updates…</translation>
+    </message>
+    <message>
+        <extracomment>panel: back to the overview</extracomment>
+        <source>全部分类</source>
+        <translation>All categories</translation>
+    </message>
+    <message>
+        <extracomment>panel: a scan found nothing</extracomment>
+        <source>已经很干净了</source>
+        <translation>Already clean</translation>
+    </message>
+    <message>
+        <extracomment>panel: under the title when a scan found nothing</extracomment>
+        <source>没有发现可清理的缓存;可在右上角选项里打开「显示空项」</source>
+        <translation>No cleanable caches found; turn on “Show empty items” in the options at the top right</translation>
+    </message>
+    <message>
+        <extracomment>panel: the rule of the route is gone</extracomment>
+        <source>该项已不存在</source>
+        <translation>This item no longer exists</translation>
+    </message>
+    <message numerus="yes">
+        <extracomment>group header: the number of rules</extracomment>
+        <source>%n 项</source>
+        <translation>
+            <numerusform>%n item</numerusform>
+            <numerusform>%n items</numerusform>
+        </translation>
+    </message>
+    <message>
+        <extracomment>rule card: tooltip of the checkbox</extracomment>
+        <source>勾选/取消整组</source>
+        <translation>Select or deselect the whole group</translation>
+    </message>
+    <message numerus="yes">
+        <extracomment>bottom bar: selection status with the space left after cleaning</extracomment>
+        <source>已选 %n 项 · 清理后剩余 %1</source>
+        <translation>
+            <numerusform>%n selected · %1 free after cleaning</numerusform>
+            <numerusform>%n selected · %1 free after cleaning</numerusform>
+        </translation>
+    </message>
+    <message numerus="yes">
+        <extracomment>bottom bar: selection status</extracomment>
+        <source>已选 %n 项</source>
+        <translation>
+            <numerusform>%n selected</numerusform>
+            <numerusform>%n selected</numerusform>
+        </translation>
+    </message>
+    <message>
+        <extracomment>bottom bar: clean button with the selected size</extracomment>
+        <source>清理 %1</source>
+        <translation>Clean %1</translation>
+    </message>
+    <message>
+        <extracomment>bottom bar: clean button with nothing selected</extracomment>
+        <source>清理</source>
+        <translation>Clean</translation>
+    </message>
+    <message numerus="yes">
+        <extracomment>clean dialog: title; %1 is the size</extracomment>
+        <source>清理选中的 %n 项,共 %1?</source>
+        <translation>
+            <numerusform>Clean the %n selected item, %1 in all?</numerusform>
+            <numerusform>Clean the %n selected items, %1 in all?</numerusform>
+        </translation>
+    </message>
+    <message>
+        <extracomment>clean dialog: to the Trash</extracomment>
+        <source>移到废纸篓</source>
+        <translation>Move to Trash</translation>
+    </message>
+    <message>
+        <extracomment>clean dialog: delete at once</extracomment>
+        <source>直接删除(立即释放空间)</source>
+        <translation>Delete Now (frees space at once)</translation>
+    </message>
+    <message>
+        <extracomment>clean dialog: cancel</extracomment>
+        <source>取消</source>
+        <translation>Cancel</translation>
+    </message>
+    <message>
+        <extracomment>clean dialog: message</extracomment>
+        <source>标记为「安全」的缓存删除后会由对应工具自动重建。</source>
+        <translation>Caches marked “Safe” are rebuilt by their tools after deletion.</translation>
+    </message>
+</context>
 </TS>

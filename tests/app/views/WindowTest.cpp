@@ -1,0 +1,426 @@
+#include "ContentView.h"
+#include "MainWindow.h"
+#include "ModelTestSupport.h"
+#include "RuleCheckbox.h"
+#include "SingleInstance.h"
+
+#include "host/Settings.h"
+#include "model/AppModel.h"
+#include "text/Formatting.h"
+#include "text/Localization.h"
+#include "update/Updater.h"
+
+#include <QAction>
+#include <QApplication>
+#include <QDialog>
+#include <QLabel>
+#include <QPushButton>
+#include <QSignalSpy>
+#include <QTemporaryDir>
+#include <QTest>
+#include <QToolButton>
+
+#include <gtest/gtest.h>
+
+#include <atomic>
+#include <mutex>
+#include <memory>
+
+namespace lumabroom {
+namespace {
+
+class Application : public ::testing::Environment {
+public:
+    void SetUp() override {
+        app = std::make_unique<QApplication>(argc, argv);
+        settings = std::make_unique<QTemporaryDir>();
+        Settings::useFolder(settings->path().toStdString());
+        Localization::setLanguageForThisRun(AppLanguage::chinese);
+    }
+    void TearDown() override {
+        settings.reset();
+        app.reset();
+    }
+
+private:
+    int argc = 1;
+    char name[8] = "window";
+    char* argv[2] = {name, nullptr};
+    std::unique_ptr<QApplication> app;
+    std::unique_ptr<QTemporaryDir> settings;
+};
+const auto* const environment = ::testing::AddGlobalTestEnvironment(new Application);
+
+using test::makeResult;
+using test::makeRule;
+
+// A window over a model whose scans hand over fixed results; the scans after the first `freeScans`
+// wait until the test opens the gate.
+class WindowTest : public ::testing::Test {
+protected:
+    void start(std::vector<RuleScanResult> found, int freeScans = 100, bool withDisk = true) {
+        std::vector<CleanRule> rules;
+        for (const RuleScanResult& r : found) rules.push_back(r.rule);
+        ModelServices services = test::testServices(rules, std::make_shared<test::ServiceLog>());
+        gate = std::make_shared<test::Gate>();
+        started = std::make_shared<std::atomic<int>>(0);
+        if (!withDisk) services.diskSpace = [] { return std::optional<DiskSpace>(); };
+        services.clean = [cleaned = cleaned](const std::vector<ScanEntry>& entries, CleanMethod method) {
+            std::lock_guard guard(cleaned->lock);
+            for (const ScanEntry& e : entries) cleaned->calls.push_back(std::string(rawValue(method)) + " " + e.id());
+            return CleanResult{};
+        };
+        services.scan = [gate = gate, started = started, freeScans, found](const std::vector<CleanRule>&,
+                                                                 const ModelServices::ResultSink& sink) {
+            if ((*started)++ >= freeScans) gate->wait();
+            for (const RuleScanResult& r : found) sink(r);
+        };
+        model = std::make_unique<AppModel>(std::move(services));
+        window = std::make_unique<MainWindow>(*model, nullptr);
+        window->show();
+        window->activateWindow();
+        ASSERT_TRUE(QTest::qWaitForWindowActive(window.get()));
+    }
+    void TearDown() override {
+        if (gate) gate->open();
+        if (model) test::waitUntil([this] { return !model->isBusy(); });
+        window.reset();
+        model.reset();
+    }
+    void scanned() {
+        ASSERT_TRUE(test::waitUntil([this] { return !model->isBusy(); }));
+        test::settle();
+    }
+
+    template <class T = QWidget>
+    T* find(const QString& name) const { return window->findChild<T*>(name); }
+    // The group headers in order, by category.
+    std::string groups() const {
+        QStringList names;
+        for (QWidget* w : window->findChildren<QPushButton*>())
+            if (w->objectName().startsWith(QStringLiteral("group."))) names << w->objectName().mid(6);
+        return names.join(QLatin1Char(' ')).toStdString();
+    }
+    QString emptyTitle() const {
+        const auto* title = find<QLabel>(QStringLiteral("emptyTitle"));
+        return title ? title->text() : QString();
+    }
+    void press(int key) {
+        QTest::keyClick(QApplication::focusWidget() ? QApplication::focusWidget() : window.get(),
+                        static_cast<Qt::Key>(key));
+        test::settle();
+    }
+
+    struct Cleaned {
+        std::mutex lock;
+        std::vector<std::string> calls; // method and entry
+    };
+    std::shared_ptr<test::Gate> gate;
+    std::shared_ptr<std::atomic<int>> started;
+    std::shared_ptr<Cleaned> cleaned = std::make_shared<Cleaned>();
+    std::unique_ptr<AppModel> model;
+    std::unique_ptr<MainWindow> window;
+};
+
+const CleanRule npm = makeRule("npm", Category::packageManager, SafetyLevel::safe, {"~/.npm"});
+const CleanRule pip = makeRule("pip", Category::packageManager, SafetyLevel::safe, {"~/.cache/pip"});
+const CleanRule logs = makeRule("logs", Category::system, SafetyLevel::reportOnly, {"~/Library/Logs"});
+
+TEST_F(WindowTest, OpensAtItsDefaultSizeAndNoSmallerThanItsMinimum) {
+    start({});
+    scanned();
+    EXPECT_EQ(window->size(), QSize(1200, 760));
+    EXPECT_EQ(window->minimumSize(), QSize(1080, 680));
+    EXPECT_EQ(window->windowTitle(), QStringLiteral("Lumabroom"));
+}
+
+TEST_F(WindowTest, FirstLaunchShowsNeitherTheEmptyPanelNorAGroupUntilAResultArrives) {
+    start({makeResult(npm, {{"/n/a", 300}})}, 0);
+    test::settle();
+    ASSERT_TRUE(model->isBusy()); // the window started the scan itself
+    EXPECT_EQ(find(QStringLiteral("emptyState")), nullptr);
+    EXPECT_EQ(groups(), "");
+    EXPECT_FALSE(find<QPushButton>(QStringLiteral("clean"))->isEnabled());
+
+    gate->open();
+    scanned();
+    EXPECT_EQ(find(QStringLiteral("emptyState")), nullptr);
+    EXPECT_EQ(groups(), "pm");
+}
+
+TEST_F(WindowTest, AScanThatFindsNothingSaysAlreadyCleanAndEmptyRulesShowWithADashedCircle) {
+    start({makeResult(npm, {}), makeResult(logs, {})});
+    scanned();
+    EXPECT_EQ(emptyTitle(), QStringLiteral("已经很干净了"));
+    EXPECT_EQ(groups(), "");
+
+    model->setShowEmptyRules(true);
+    model->toggleExpansion(Category::packageManager);
+    test::settle();
+    EXPECT_EQ(find(QStringLiteral("emptyState")), nullptr);
+    EXPECT_EQ(groups(), "pm wt sys"); // the worktree rule comes with every scan
+    auto* box = find<QToolButton>(QStringLiteral("check.npm"));
+    ASSERT_NE(box, nullptr);
+    EXPECT_EQ(box->property("glyph").toString(), QStringLiteral("circle.dashed"));
+    EXPECT_FALSE(box->isEnabled());
+}
+
+TEST(RuleCheckbox, FollowsTheFirstMatchingRowOfTheGlyphTable) {
+    struct Case {
+        SafetyLevel safety;
+        std::int64_t size;
+        RuleSelection selection;
+        std::string_view glyph;
+        bool enabled;
+    };
+    const Case cases[] = {
+        {SafetyLevel::reportOnly, 500, RuleSelection::all, "info.circle", false},
+        {SafetyLevel::reportOnly, 0, RuleSelection::none, "info.circle", false},
+        {SafetyLevel::safe, 0, RuleSelection::all, "circle.dashed", false},
+        {SafetyLevel::caution, 10, RuleSelection::none, "circle", true},
+        {SafetyLevel::safe, 10, RuleSelection::partial, "minus.circle.fill", true},
+        {SafetyLevel::caution, 10, RuleSelection::all, "checkmark.circle.fill", true},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(std::string(c.glyph));
+        const RuleCheckbox box = RuleCheckbox::of(c.safety, c.size, c.selection);
+        EXPECT_EQ(box.glyph, c.glyph);
+        EXPECT_EQ(box.enabled, c.enabled);
+        EXPECT_EQ(box.accent, c.selection != RuleSelection::none && c.enabled);
+    }
+}
+
+TEST_F(WindowTest, GroupsStartCollapsedAndACardsCheckboxSelectsWithoutNavigating) {
+    start({makeResult(npm, {{"/n/a", 300}, {"/n/b", 200}}), makeResult(logs, {{"/l/a", 50}})});
+    scanned();
+    EXPECT_NE(find(QStringLiteral("groupSummary")), nullptr);
+    EXPECT_EQ(find(QStringLiteral("rule.npm")), nullptr);
+
+    find<QPushButton>(QStringLiteral("group.pm"))->click();
+    test::settle();
+    ASSERT_NE(find(QStringLiteral("rule.npm")), nullptr);
+    find<QToolButton>(QStringLiteral("check.npm"))->click();
+    test::settle();
+    EXPECT_EQ(model->selectedBytes(), 500);
+    EXPECT_EQ(model->route(), Route::overview());
+    EXPECT_EQ(find<QToolButton>(QStringLiteral("check.npm"))->property("glyph").toString(),
+              QStringLiteral("checkmark.circle.fill"));
+
+    // A report-only rule can't be ticked but can still be opened.
+    find<QPushButton>(QStringLiteral("group.sys"))->click();
+    test::settle();
+    EXPECT_FALSE(find<QToolButton>(QStringLiteral("check.logs"))->isEnabled());
+    find<QPushButton>(QStringLiteral("rule.logs"))->click();
+    test::settle();
+    EXPECT_EQ(model->route(), Route::rule("logs"));
+}
+
+TEST_F(WindowTest, TheKeyboardOpensAGroupAndTicksARuleInTheOrderOfTheLayout) {
+    start({makeResult(npm, {{"/n/a", 300}, {"/n/b", 200}})});
+    scanned();
+    const auto focused = [] { return QApplication::focusWidget() ? QApplication::focusWidget()->objectName() : QString(); };
+    EXPECT_EQ(focused(), QStringLiteral("chart"));
+    press(Qt::Key_Tab);
+    EXPECT_EQ(focused(), QStringLiteral("group.pm"));
+    press(Qt::Key_Space);
+    EXPECT_EQ(focused(), QStringLiteral("group.pm"));
+    press(Qt::Key_Tab);
+    EXPECT_EQ(focused(), QStringLiteral("rule.npm"));
+    press(Qt::Key_Tab);
+    EXPECT_EQ(focused(), QStringLiteral("check.npm"));
+    press(Qt::Key_Space);
+    EXPECT_EQ(model->selectedBytes(), 500);
+    EXPECT_EQ(focused(), QStringLiteral("check.npm"));
+    press(Qt::Key_Tab);
+    EXPECT_EQ(focused(), QStringLiteral("clean"));
+
+    // Opening a card leaves the focus in the rule's panel.
+    window->findChild<QPushButton*>(QStringLiteral("rule.npm"))->setFocus();
+    press(Qt::Key_Space);
+    EXPECT_EQ(model->route(), Route::rule("npm"));
+    const QWidget* detail = find(QStringLiteral("detail"));
+    ASSERT_NE(detail, nullptr);
+    EXPECT_TRUE(detail == QApplication::focusWidget() || detail->isAncestorOf(QApplication::focusWidget()));
+}
+
+TEST_F(WindowTest, CleanButtonAndReturnDoNothingDuringAScanOrWithZeroBytesSelected) {
+    start({makeResult(npm, {{"/n/a", 300}, {"/n/empty", 0}})}, 1);
+    scanned();
+    auto* clean = find<QPushButton>(QStringLiteral("clean"));
+
+    model->setSelectedEntryIDs({"/n/empty"});
+    test::settle();
+    ASSERT_EQ(model->selectedEntryCount(), 1);
+    EXPECT_FALSE(clean->isEnabled());
+    press(Qt::Key_Return);
+    EXPECT_EQ(window->content()->cleanDialog(), nullptr);
+    EXPECT_EQ(clean->text(), QStringLiteral("✦  清理"));
+
+    model->setSelectedEntryIDs({"/n/a"});
+    model->scan();
+    test::settle();
+    ASSERT_TRUE(model->isBusy());
+    EXPECT_FALSE(clean->isEnabled());
+    EXPECT_FALSE(find<QPushButton>(QStringLiteral("rescan"))->isEnabled()); // rescan
+    press(Qt::Key_Return);
+    EXPECT_EQ(window->content()->cleanDialog(), nullptr);
+}
+
+TEST_F(WindowTest, ReturnOpensTheCleanDialogWhenThereIsSomethingToClean) {
+    start({makeResult(npm, {{"/n/a", 300}})});
+    scanned();
+    model->setSelectedEntryIDs({"/n/a"});
+    test::settle();
+    auto* clean = find<QPushButton>(QStringLiteral("clean"));
+    EXPECT_TRUE(clean->isEnabled());
+    EXPECT_EQ(clean->text(), QStringLiteral("✦  ") + QString::fromStdString("清理 " + Formatting::bytes(300)));
+    press(Qt::Key_Return);
+    QDialog* dialog = window->content()->cleanDialog();
+    ASSERT_NE(dialog, nullptr);
+    EXPECT_TRUE(dialog->isVisible());
+    EXPECT_FALSE(dialog->findChild<QPushButton*>(QStringLiteral("delete"))->isDefault());
+    dialog->findChild<QPushButton*>(QStringLiteral("cancel"))->click();
+    test::settle();
+    EXPECT_EQ(window->content()->cleanDialog(), nullptr);
+    EXPECT_EQ(model->selectedBytes(), 300);
+}
+
+TEST_F(WindowTest, TheDialogsChoicesCleanTheSelectionTheirWayOrNot) {
+    struct Case {
+        const char* button;
+        std::vector<std::string> calls;
+    };
+    const Case cases[] = {
+        {"cancel", {}},
+        {"trash", {"trash /n/a"}},
+        {"delete", {"delete /n/a"}},
+    };
+    start({makeResult(npm, {{"/n/a", 300}, {"/n/b", 200}})});
+    scanned();
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.button);
+        cleaned->calls.clear();
+        model->setSelectedEntryIDs({"/n/a"});
+        test::settle();
+        window->content()->cleanButton()->click();
+        QDialog* dialog = window->content()->cleanDialog();
+        ASSERT_NE(dialog, nullptr);
+        EXPECT_EQ(dialog->windowTitle(), QString::fromStdString("清理选中的 1 项,共 " + Formatting::bytes(300) + "?"));
+        dialog->findChild<QPushButton*>(QString::fromLatin1(c.button))->click();
+        ASSERT_TRUE(test::waitUntil([this] { return !model->isBusy(); }));
+        test::settle();
+        EXPECT_EQ(window->content()->cleanDialog(), nullptr);
+        std::lock_guard guard(cleaned->lock);
+        EXPECT_EQ(cleaned->calls, c.calls);
+    }
+}
+
+TEST_F(WindowTest, WithoutDiskDataTheBarLeavesOutTheDiskAndTheSpaceLeft) {
+    start({makeResult(npm, {{"/n/a", 800}})}, 100, false);
+    scanned();
+    model->setSelectedEntryIDs({"/n/a"});
+    test::settle();
+    EXPECT_FALSE(find(QStringLiteral("diskSegment"))->isVisible());
+    EXPECT_EQ(find<QLabel>(QStringLiteral("selectionStatus"))->text(), QStringLiteral("已选 1 项"));
+}
+
+TEST_F(WindowTest, CtrlRRescansUnlessAScanRuns) {
+    start({makeResult(npm, {{"/n/a", 800}})}, 1);
+    scanned();
+    ASSERT_EQ(started->load(), 1);
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_R, Qt::ControlModifier);
+    test::settle();
+    EXPECT_EQ(started->load(), 2);
+    ASSERT_TRUE(model->isBusy());
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_R, Qt::ControlModifier);
+    test::settle();
+    EXPECT_EQ(started->load(), 2);
+}
+
+TEST_F(WindowTest, SelectionStatusNeverPromisesMoreThanTheDisk) {
+    // The test disk holds 1000 bytes with 400 free.
+    start({makeResult(npm, {{"/n/a", 800}})});
+    scanned();
+    auto* status = find<QLabel>(QStringLiteral("selectionStatus"));
+    EXPECT_EQ(status->text(), QStringLiteral("已选 0 项"));
+    model->setSelectedEntryIDs({"/n/a"});
+    test::settle();
+    EXPECT_EQ(status->text(), QString::fromStdString("已选 1 项 · 清理后剩余 " + Formatting::bytes(1000)));
+}
+
+TEST_F(WindowTest, EscapeGoesBackOneLevelPerRoute) {
+    start({makeResult(npm, {{"/n/a", 300}})});
+    scanned();
+    struct Case {
+        Route from;
+        Route to;
+    };
+    const Case cases[] = {
+        {Route::overview(), Route::overview()},
+        {Route::category(Category::packageManager), Route::overview()},
+        {Route::rule("npm"), Route::category(Category::packageManager)},
+        {Route::rule("gone"), Route::rule("gone")},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(testing::PrintToString(c.from.value.index()));
+        model->setRoute(c.from);
+        test::settle();
+        press(Qt::Key_Escape);
+        EXPECT_EQ(model->route(), c.to);
+    }
+    model->setRoute(Route::rule("gone"));
+    test::settle();
+    EXPECT_EQ(emptyTitle(), QStringLiteral("该项已不存在"));
+}
+
+TEST_F(WindowTest, LanguageChangeKeepsRouteAndSelectionAndClosesTheCleanDialog) {
+    start({makeResult(npm, {{"/n/a", 300}})});
+    scanned();
+    model->setRoute(Route::rule("npm"));
+    model->setSelectedEntryIDs({"/n/a"});
+    test::settle();
+    window->content()->cleanButton()->click();
+    ASSERT_NE(window->content()->cleanDialog(), nullptr);
+
+    window->setLanguage(AppLanguage::english);
+    test::settle();
+    EXPECT_EQ(window->content()->cleanDialog(), nullptr);
+    EXPECT_EQ(model->route(), Route::rule("npm"));
+    EXPECT_EQ(model->selectedEntryIDs(), AppModel::IDSet{"/n/a"});
+    EXPECT_EQ(find<QLabel>(QStringLiteral("selectionStatus"))->text(),
+              QString::fromStdString("1 selected · " + Formatting::bytes(700) + " free after cleaning"));
+    EXPECT_EQ(window->findChildren<QDialog*>().size(), 0);
+
+    window->setLanguage(AppLanguage::chinese);
+    Localization::setLanguageForThisRun(AppLanguage::chinese);
+}
+
+TEST_F(WindowTest, CheckForUpdatesWaitsUntilTheUpdaterCanCheck) {
+    Updater::setAutomaticallyChecksForUpdates(false); // no check of its own, so nothing leaves the machine
+    Updater::Options options;
+    options.builtInFeedURL = QUrl(QStringLiteral("http://127.0.0.1:9/appcast.xml"));
+    Updater updater(options);
+    model = std::make_unique<AppModel>(test::testServices({}, std::make_shared<test::ServiceLog>()));
+    window = std::make_unique<MainWindow>(*model, &updater);
+    const auto* check = window->findChild<QAction*>(QStringLiteral("checkForUpdates"));
+    ASSERT_NE(check, nullptr);
+    EXPECT_FALSE(check->isEnabled());
+    updater.start();
+    EXPECT_TRUE(check->isEnabled());
+    window.reset();
+    Settings::remove("automaticallyChecksForUpdates");
+}
+
+TEST(SingleInstance, ASecondLaunchKnocksAndTheFirstIsAskedToComeForward) {
+    const QString name = QStringLiteral("lumabroom-test-") + QString::number(QCoreApplication::applicationPid());
+    SingleInstance first(name);
+    ASSERT_FALSE(first.knockOnRunning());
+    QSignalSpy asked(&first, &SingleInstance::activationRequested);
+    SingleInstance second(name);
+    EXPECT_TRUE(second.knockOnRunning());
+    EXPECT_TRUE(asked.wait(5000));
+    EXPECT_EQ(asked.count(), 1);
+}
+
+} // namespace
+} // namespace lumabroom
