@@ -226,7 +226,7 @@ QToolButton* ContentView::makeOptionsButton() {
     const auto current = Appearance::stored();
     for (const AppearanceMode mode : allAppearanceModes) {
         auto* action = choice(appearanceMenu, appearances, Appearance::displayName(mode), mode == current);
-        connect(action, &QAction::triggered, this, [this, mode] { emit appearanceChosen(mode); });
+        connect(action, &QAction::triggered, this, [this, mode] { Q_EMIT appearanceChosen(mode); });
     }
 
     auto [paletteMenu, palettes] = picker(text("图表配色"));
@@ -234,7 +234,7 @@ QToolButton* ContentView::makeOptionsButton() {
     for (const auto& [value, key] : {std::pair{ChartPalette::hues, "彩色"}, std::pair{ChartPalette::colorBlindSafe, "色盲友好"}}) {
         auto* action = choice(paletteMenu, palettes, AppText::text(key), value == palette);
         connect(action, &QAction::triggered, this, [this, value] {
-            emit paletteChosen(value);
+            Q_EMIT paletteChosen(value);
             chart_->update();
             chart_->refresh();
         });
@@ -245,7 +245,7 @@ QToolButton* ContentView::makeOptionsButton() {
     for (const AppLanguage value : allAppLanguages) {
         auto* action = choice(languageMenu, languages, displayName(value), value == language);
         // Queued: the choice rebuilds this view, menu included.
-        connect(action, &QAction::triggered, this, [this, value] { emit languageChosen(value); }, Qt::QueuedConnection);
+        connect(action, &QAction::triggered, this, [this, value] { Q_EMIT languageChosen(value); }, Qt::QueuedConnection);
     }
     menu->addSeparator();
 

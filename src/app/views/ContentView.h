@@ -44,7 +44,7 @@ public:
     QDialog* cleanDialog() const { return cleanDialog_; }
     QPushButton* cleanButton() const { return cleanButton_; }
 
-signals:
+Q_SIGNALS:
     void languageChosen(lumabroom::AppLanguage language);
     void appearanceChosen(lumabroom::AppearanceMode mode);
     void paletteChosen(lumabroom::ChartPalette palette);

@@ -49,7 +49,7 @@ bool SingleInstance::knockOnRunning() {
     connect(server_, &QLocalServer::newConnection, this, [this] {
         while (QLocalSocket* peer = server_->nextPendingConnection()) {
             connect(peer, &QLocalSocket::disconnected, peer, &QObject::deleteLater);
-            emit activationRequested();
+            Q_EMIT activationRequested();
         }
     });
     return false;

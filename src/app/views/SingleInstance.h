@@ -23,7 +23,7 @@ public:
     // listens from now on.
     bool knockOnRunning();
 
-signals:
+Q_SIGNALS:
     // A later launch wants the window in front.
     void activationRequested();
 
