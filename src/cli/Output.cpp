@@ -1,5 +1,6 @@
 #include "Output.h"
 
+#include "text/Formatting.h"
 #include "text/Strings.h"
 
 #include <algorithm>
@@ -58,10 +59,7 @@ std::string table(const std::vector<Column>& columns, const std::vector<Row>& ro
 }
 
 std::string displayPath(const std::filesystem::path& path, const std::string& home) {
-    std::string text = path.string();
-    if (home.size() > 1 && text.starts_with(home) && (text.size() == home.size() || text[home.size()] == '/'))
-        text = std::string(1, '~').append(text, home.size());
-    return Strings::quotedForTerminal(text);
+    return Strings::quotedForTerminal(Formatting::homeShortened(path.string(), home));
 }
 
 } // namespace lumabroom::Output

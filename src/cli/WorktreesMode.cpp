@@ -10,22 +10,12 @@
 #include "text/Strings.h"
 
 #include <algorithm>
-#include <ctime>
 #include <iostream>
 #include <unistd.h>
 
 namespace lumabroom::WorktreesMode {
 
 namespace {
-std::string isoTime(std::chrono::sys_seconds time) {
-    const std::time_t seconds = time.time_since_epoch().count();
-    std::tm utc{};
-    ::gmtime_r(&seconds, &utc);
-    char text[32];
-    std::strftime(text, sizeof text, "%Y-%m-%dT%H:%M:%SZ", &utc);
-    return text;
-}
-
 // What removing the worktree would lose, in the words of the confirmation.
 std::string verdict(const WorktreeInfo& w) {
     if (!w.isRisky()) return Localization::text(Texts::worktreeSafe);
@@ -68,7 +58,7 @@ Output::Json jsonReport(std::size_t report, const std::vector<WorktreeInfo>& wor
         j["orphanCommits"] = w.orphanCommits;
         j["hasRemote"] = w.hasRemote;
         j["size"] = Output::orNull(w.size);
-        j["lastModified"] = w.lastModified ? Output::Json(isoTime(*w.lastModified)) : nullptr;
+        j["lastModified"] = w.lastModified ? Output::Json(Formatting::utcTimestamp(*w.lastModified)) : nullptr;
         list.push_back(std::move(j));
     }
     return Output::Json{{"report", report}, {"worktrees", std::move(list)}};

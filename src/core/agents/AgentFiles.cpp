@@ -25,10 +25,4 @@ bool hasExtension(std::string_view name, std::string_view extension) {
     return found.size() == extension.size() + 1 && found.compare(1, std::string::npos, extension) == 0;
 }
 
-std::string displayForm(const std::string& path, const std::string& home) {
-    // A home of "/" would turn every path into "~…", which names nothing.
-    if (home.size() > 1 && path.starts_with(home)) return std::string("~").append(path, home.size());
-    return path;
-}
-
 } // namespace lumabroom::AgentFiles

@@ -22,7 +22,4 @@ std::optional<std::filesystem::file_time_type> modificationTime(const std::files
 // case-sensitively. A hidden name such as ".jsonl" has no extension.
 bool hasExtension(std::string_view name, std::string_view extension);
 
-// "~" and the rest when `path` begins with `home` (a plain string prefix), else `path` unchanged.
-std::string displayForm(const std::string& path, const std::string& home);
-
 } // namespace lumabroom::AgentFiles

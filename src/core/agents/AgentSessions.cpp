@@ -5,10 +5,10 @@
 #include "host/FileSystem.h"
 #include "host/Paths.h"
 #include "host/Trash.h"
+#include "text/Formatting.h"
 
 #include <algorithm>
 #include <chrono>
-#include <cstdio>
 #include <system_error>
 
 namespace fs = std::filesystem;
@@ -16,15 +16,6 @@ namespace fs = std::filesystem;
 namespace lumabroom::AgentSessions {
 
 namespace {
-std::string utcDate(fs::file_time_type time) {
-    const auto days = std::chrono::floor<std::chrono::days>(std::chrono::file_clock::to_sys(time));
-    const std::chrono::year_month_day date{days};
-    char text[32];
-    std::snprintf(text, sizeof text, "%04d-%02u-%02u", static_cast<int>(date.year()),
-                  static_cast<unsigned>(date.month()), static_cast<unsigned>(date.day()));
-    return text;
-}
-
 // Pre-order, like a recursive enumerator: a folder's entry comes before what it holds. Links to
 // folders are not entered.
 void collectCodexSessions(const std::string& folder, std::vector<fs::path>& found) {
@@ -79,8 +70,10 @@ std::string label(const fs::path& file) {
     std::string text;
     auto head = ClaudeProjects::head(file, ClaudeProjects::kHeadBytes);
     auto cwd = head ? ClaudeProjects::firstCwd(*head) : std::nullopt;
-    text = cwd ? AgentFiles::displayForm(*cwd, Paths::homeDirectory()) : file.stem().string();
-    if (auto time = AgentFiles::modificationTime(file)) text += " · " + utcDate(*time);
+    text = cwd ? Formatting::homeShortened(*cwd, Paths::homeDirectory()) : file.stem().string();
+    if (auto time = AgentFiles::modificationTime(file))
+        text += " · "
+                + Formatting::utcDate(std::chrono::floor<std::chrono::seconds>(std::chrono::file_clock::to_sys(*time)));
     return text;
 }
 

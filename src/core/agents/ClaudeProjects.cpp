@@ -5,6 +5,7 @@
 #include "host/FileSystem.h"
 #include "host/Paths.h"
 #include "host/Trash.h"
+#include "text/Formatting.h"
 #include "text/Strings.h"
 
 #include <algorithm>
@@ -78,7 +79,8 @@ std::vector<ScanEntry> sessionEntries() {
         for (const auto& file : sessions) total += AgentFiles::logicalSize(file).value_or(0);
         if (total <= 0) return std::nullopt;
         ScanEntry entry{fs::path(folder), total, std::nullopt};
-        if (auto cwd = newestCwd(sessions)) entry.label = EntryLabel{LiteralLabel{AgentFiles::displayForm(*cwd, home)}};
+        if (auto cwd = newestCwd(sessions))
+            entry.label = EntryLabel{LiteralLabel{Formatting::homeShortened(*cwd, home)}};
         return entry;
     });
     std::vector<ScanEntry> entries;

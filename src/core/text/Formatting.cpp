@@ -4,6 +4,7 @@
 #include "text/Localization.h"
 
 #include <cmath>
+#include <cstdio>
 
 namespace lumabroom::Formatting {
 
@@ -28,6 +29,29 @@ std::string age(std::chrono::system_clock::time_point since, std::chrono::system
     if (days < 730) return Localization::text("1 年多前");
     const double years = std::min(std::floor(days / 365.0), 1e15);
     return Localization::text(std::to_string(static_cast<long long>(years)) + " 年前");
+}
+
+std::string utcDate(std::chrono::sys_seconds time) {
+    const std::chrono::year_month_day date{std::chrono::floor<std::chrono::days>(time)};
+    char text[32];
+    std::snprintf(text, sizeof text, "%04d-%02u-%02u", static_cast<int>(date.year()),
+                  static_cast<unsigned>(date.month()), static_cast<unsigned>(date.day()));
+    return text;
+}
+
+std::string utcTimestamp(std::chrono::sys_seconds time) {
+    const std::chrono::hh_mm_ss clock{time - std::chrono::floor<std::chrono::days>(time)};
+    char text[32];
+    std::snprintf(text, sizeof text, "T%02d:%02d:%02dZ", static_cast<int>(clock.hours().count()),
+                  static_cast<int>(clock.minutes().count()), static_cast<int>(clock.seconds().count()));
+    return utcDate(time) + text;
+}
+
+std::string homeShortened(std::string_view path, std::string_view home) {
+    if (home.size() < 2 || !path.starts_with(home)) return std::string(path);
+    const std::string_view rest = path.substr(home.size());
+    if (!rest.empty() && rest.front() != '/') return std::string(path);
+    return std::string("~").append(rest);
 }
 
 } // namespace lumabroom::Formatting

@@ -4,6 +4,8 @@
 
 #include <gtest/gtest.h>
 
+#include <tuple>
+
 using namespace lumabroom;
 using namespace lumabroom::test;
 using namespace std::chrono;
@@ -63,5 +65,40 @@ TEST(Formatting, BytesInDecimalUnitsWithPrecisionByUnitInBothLanguages) {
             LanguageScope scope(language);
             EXPECT_EQ(Formatting::bytes(count), expected) << count;
         }
+    }
+}
+
+TEST(Formatting, DatesInUtcAcrossDayYearAndEpochBoundaries) {
+    const std::tuple<std::int64_t, const char*, const char*> cases[] = {
+        {0, "1970-01-01", "1970-01-01T00:00:00Z"},          {-1, "1969-12-31", "1969-12-31T23:59:59Z"},
+        {1709251199, "2024-02-29", "2024-02-29T23:59:59Z"}, {1709251200, "2024-03-01", "2024-03-01T00:00:00Z"},
+        {1709294400, "2024-03-01", "2024-03-01T12:00:00Z"}, {253402300799, "9999-12-31", "9999-12-31T23:59:59Z"},
+    };
+    for (const auto& [epochSeconds, date, timestamp] : cases) {
+        SCOPED_TRACE(epochSeconds);
+        const sys_seconds time{seconds(epochSeconds)};
+        EXPECT_EQ(Formatting::utcDate(time), date);
+        EXPECT_EQ(Formatting::utcTimestamp(time), timestamp);
+    }
+}
+
+TEST(Formatting, HomeShortensOnlyItselfAndWhatLiesBelowIt) {
+    const std::tuple<const char*, const char*, const char*> cases[] = {
+        {"/home/a/x/y", "/home/a", "~/x/y"},
+        {"/home/a", "/home/a", "~"},
+        {"/home/a/", "/home/a", "~/"},
+        {"/home/al", "/home/a", "/home/al"},
+        {"/home/al/x", "/home/a", "/home/al/x"},
+        {"/home", "/home/a", "/home"},
+        {"/srv/home/a/x", "/home/a", "/srv/home/a/x"},
+        {"relative/x", "/home/a", "relative/x"},
+        {"", "/home/a", ""},
+        {"/x", "/", "/x"},
+        {"/", "/", "/"},
+        {"/x", "", "/x"},
+    };
+    for (const auto& [path, home, shown] : cases) {
+        SCOPED_TRACE(std::string(path) + " under " + home);
+        EXPECT_EQ(Formatting::homeShortened(path, home), shown);
     }
 }

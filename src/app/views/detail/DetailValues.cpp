@@ -3,6 +3,7 @@
 #include "DetailText.h"
 
 #include "host/Paths.h"
+#include "text/Formatting.h"
 
 #include <algorithm>
 #include <map>
@@ -97,17 +98,7 @@ std::string worktreeDeleteWarning(const WorktreeInfo& worktree) {
     return warning;
 }
 
-std::string withTilde(const std::string& path) {
-    const std::string home = Paths::homeDirectory();
-    if (home.empty()) return path;
-    std::string out;
-    for (std::size_t start = 0;;) {
-        const std::size_t at = path.find(home, start);
-        if (at == std::string::npos) return out + path.substr(start);
-        out += path.substr(start, at - start) + "~";
-        start = at + home.size();
-    }
-}
+std::string withTilde(const std::string& path) { return Formatting::homeShortened(path, Paths::homeDirectory()); }
 
 double fraction(std::int64_t size, std::int64_t maxSize) {
     if (size < 1 || maxSize < 1) return 0;
