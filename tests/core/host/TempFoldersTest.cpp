@@ -27,21 +27,20 @@ namespace {
 class Holder {
 public:
     Holder(const fs::path& folder, const fs::path& openFile = {}, const fs::path& program = "/bin/sleep") {
+        // The pipe closes on exec, so the parent knows the program runs, not merely the fork.
         int ready[2];
-        if (::pipe(ready) != 0) return;
+        if (::pipe2(ready, O_CLOEXEC) != 0) return;
         pid_ = ::fork();
         if (pid_ == 0) {
             ::close(ready[0]);
-            if (::chdir(folder.c_str()) != 0) ::_exit(1);
-            if (!openFile.empty() && ::open(openFile.c_str(), O_RDONLY) < 0) ::_exit(1);
-            if (::write(ready[1], "r", 1) != 1) ::_exit(1);
-            ::close(ready[1]);
-            ::execl(program.c_str(), "sleep", "30", static_cast<char*>(nullptr));
+            if (::chdir(folder.c_str()) == 0 && (openFile.empty() || ::open(openFile.c_str(), O_RDONLY) >= 0))
+                ::execl(program.c_str(), "sleep", "30", static_cast<char*>(nullptr));
+            [[maybe_unused]] auto written = ::write(ready[1], "x", 1);
             ::_exit(1);
         }
         ::close(ready[1]);
         char byte = 0;
-        ready_ = ::read(ready[0], &byte, 1) == 1;
+        ready_ = pid_ > 0 && ::read(ready[0], &byte, 1) == 0;
         ::close(ready[0]);
     }
     ~Holder() {
