@@ -20,10 +20,6 @@ namespace {
 QString bytes(std::int64_t count) { return QString::fromStdString(Formatting::bytes(count)); }
 std::string bytesText(std::int64_t count) { return Formatting::bytes(count); }
 
-SymbolView* driveSymbol(QWidget* parent) {
-    return new SymbolView("internaldrive", TextSize::caption, SymbolView::Tone::secondary, parent);
-}
-
 // A legend's swatch: a small capsule in its segment's fill.
 class Swatch : public QWidget {
 public:
@@ -97,16 +93,32 @@ void DiskSegmentedBar::paintEvent(QPaintEvent*) {
     paint(painter, QRectF(rect()), breakdown_, Theme::of(*this));
 }
 
-DiskBar::DiskBar(QWidget* parent)
+DiskView::DiskView(TextSize size, int barHeight, QWidget* parent)
     : QWidget(parent),
-      icon_(driveSymbol(this)),
-      volume_(new FigureLabel(TextSize::subheadline, FigureLabel::Tone::primary, this)),
-      remaining_(new FigureLabel(TextSize::subheadline, FigureLabel::Tone::secondary, this)),
-      bar_(new DiskSegmentedBar(8, this)),
+      icon_(new SymbolView("internaldrive", TextSize::caption, SymbolView::Tone::secondary, this)),
+      volume_(new FigureLabel(size, FigureLabel::Tone::primary, this)),
+      remaining_(new FigureLabel(size, FigureLabel::Tone::secondary, this)),
+      bar_(new DiskSegmentedBar(barHeight, this)) {
+    volume_->setFont(textFont(size, QFont::Medium));
+}
+
+void DiskView::setValues(const DiskSpace& disk, std::int64_t cleanable, std::int64_t reportOnly) {
+    findings_ = {disk, cleanable, reportOnly};
+    refresh();
+}
+
+void DiskView::changeEvent(QEvent* event) {
+    if (event->type() == QEvent::LanguageChange) {
+        refresh();
+    }
+    QWidget::changeEvent(event);
+}
+
+DiskBar::DiskBar(QWidget* parent)
+    : DiskView(TextSize::subheadline, 8, parent),
       cleanableLegend_(new FigureLabel(TextSize::caption, FigureLabel::Tone::secondary, this)),
       reportOnlyLegend_(new FigureLabel(TextSize::caption, FigureLabel::Tone::secondary, this)),
       hint_(new FigureLabel(TextSize::caption, FigureLabel::Tone::tertiary, this)) {
-    volume_->setFont(textFont(TextSize::subheadline, QFont::Medium));
     setFixedWidth(340);
 
     auto* column = new QVBoxLayout(this);
@@ -137,11 +149,6 @@ DiskBar::DiskBar(QWidget* parent)
     refresh();
 }
 
-void DiskBar::setValues(const DiskSpace& disk, std::int64_t cleanable, std::int64_t reportOnly) {
-    findings_ = {disk, cleanable, reportOnly};
-    refresh();
-}
-
 void DiskBar::refresh() {
     const DiskBreakdown breakdown = findings_.breakdown();
     const DiskSpace& disk = findings_.disk;
@@ -159,22 +166,10 @@ void DiskBar::refresh() {
     setAccessibleName(remaining_->text());
 }
 
-void DiskBar::changeEvent(QEvent* event) {
-    if (event->type() == QEvent::LanguageChange) {
-        refresh();
-    }
-    QWidget::changeEvent(event);
-}
-
 DiskStatusSegment::DiskStatusSegment(QWidget* parent)
-    : QWidget(parent),
-      icon_(driveSymbol(this)),
-      volume_(new FigureLabel(TextSize::callout, FigureLabel::Tone::primary, this)),
-      bar_(new DiskSegmentedBar(6, this)),
-      remaining_(new FigureLabel(TextSize::callout, FigureLabel::Tone::secondary, this)),
+    : DiskView(TextSize::callout, 6, parent),
       popup_(new QWidget(this, Qt::ToolTip | Qt::FramelessWindowHint)),
       full_(new DiskBar(popup_)) {
-    volume_->setFont(textFont(TextSize::callout, QFont::Medium));
     bar_->setFixedWidth(150);
     setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
     auto* row = new QHBoxLayout(this);
@@ -192,11 +187,6 @@ DiskStatusSegment::DiskStatusSegment(QWidget* parent)
 }
 
 DiskStatusSegment::~DiskStatusSegment() = default;
-
-void DiskStatusSegment::setValues(const DiskSpace& disk, std::int64_t cleanable, std::int64_t reportOnly) {
-    findings_ = {disk, cleanable, reportOnly};
-    refresh();
-}
 
 bool DiskStatusSegment::isPopupShown() const { return popup_->isVisible(); }
 
@@ -225,13 +215,6 @@ void DiskStatusSegment::enterEvent(QEnterEvent* event) {
 void DiskStatusSegment::leaveEvent(QEvent* event) {
     popup_->hide();
     QWidget::leaveEvent(event);
-}
-
-void DiskStatusSegment::changeEvent(QEvent* event) {
-    if (event->type() == QEvent::LanguageChange) {
-        refresh();
-    }
-    QWidget::changeEvent(event);
 }
 
 } // namespace lumabroom

@@ -41,52 +41,53 @@ private:
     int height_;
 };
 
-// The full bar with its legend and what cleaning would leave free.
-class DiskBar : public QWidget {
+// What both disk views share: the findings, the volume with its symbol, the bar and the space left.
+class DiskView : public QWidget {
 public:
-    explicit DiskBar(QWidget* parent = nullptr);
-
     // `cleanable` and `reportOnly` as the model reports them; they are clamped here.
     void setValues(const DiskSpace& disk, std::int64_t cleanable, std::int64_t reportOnly);
 
 protected:
+    DiskView(TextSize size, int barHeight, QWidget* parent);
     void changeEvent(QEvent*) override;
-
-private:
-    void refresh();
+    // Puts the findings into the labels.
+    virtual void refresh() = 0;
 
     DiskFindings findings_;
     SymbolView* icon_;
     FigureLabel* volume_;
     FigureLabel* remaining_;
     DiskSegmentedBar* bar_;
+};
+
+// The full bar with its legend and what cleaning would leave free.
+class DiskBar : public DiskView {
+public:
+    explicit DiskBar(QWidget* parent = nullptr);
+
+private:
+    void refresh() override;
+
     FigureLabel* cleanableLegend_;
     FigureLabel* reportOnlyLegend_;
     FigureLabel* hint_;
 };
 
 // The bottom bar's disk row; the full bar opens beside it while the pointer is over it.
-class DiskStatusSegment : public QWidget {
+class DiskStatusSegment : public DiskView {
 public:
     explicit DiskStatusSegment(QWidget* parent = nullptr);
     ~DiskStatusSegment() override;
 
-    void setValues(const DiskSpace& disk, std::int64_t cleanable, std::int64_t reportOnly);
     bool isPopupShown() const;
 
 protected:
     void enterEvent(QEnterEvent*) override;
     void leaveEvent(QEvent*) override;
-    void changeEvent(QEvent*) override;
 
 private:
-    void refresh();
+    void refresh() override;
 
-    DiskFindings findings_;
-    SymbolView* icon_;
-    FigureLabel* volume_;
-    DiskSegmentedBar* bar_;
-    FigureLabel* remaining_;
     QWidget* popup_;
     DiskBar* full_;
 };
