@@ -68,6 +68,41 @@ void paintGlow(QPainter& painter, const GlowCache::Glow& glow) {
     painter.restore();
 }
 
+// A fading shape takes its alpha in its colours: the same as the painter's opacity for one fill,
+// and several times faster in the raster engine.
+QColor faded(QColor color, double alpha) {
+    color.setAlphaF(float(color.alphaF() * alpha));
+    return color;
+}
+
+const GlowCache::Glow& cachedGlow(GlowCache& glows, const GlowCache::Key& key, const QPolygonF& polygon,
+                                  const QColor& color) {
+    auto it = std::ranges::find(glows.entries, key, &GlowCache::Entry::key);
+    if (it == glows.entries.end()) {
+        if (glows.entries.size() >= GlowCache::capacity) glows.entries.clear();
+        glows.entries.push_back({key, blurredGlow(polygon, color)});
+        it = glows.entries.end() - 1;
+    }
+    return it->glow;
+}
+
+// Antialiased filling costs per scanline and edge, which long thin spikes have most of: a hard-edged
+// fill under a one-pixel antialiased outline looks the same for half the time. A spike that fades in
+// or out moves too fast for its edges to show, and blending a translucent outline costs more than the
+// fill, so it goes without. Expects the painter antialiased, with no pen and `color` as its brush.
+void paintSpike(QPainter& painter, const QPolygonF& polygon, const QColor& color, bool outlined) {
+    painter.setRenderHint(QPainter::Antialiasing, false);
+    painter.drawPolygon(polygon);
+    painter.setRenderHint(QPainter::Antialiasing);
+    if (!outlined) return;
+    QPen outline(color, 0);
+    outline.setCosmetic(true);
+    painter.setPen(outline);
+    painter.setBrush(Qt::NoBrush);
+    painter.drawPolygon(polygon);
+    painter.setPen(Qt::NoPen);
+}
+
 // Appends the arc of `radius` from `start` to `end`, as many chords as keep it within the tolerance at
 // `scale` device pixels per point.
 void appendArc(QPolygonF& polygon, QPointF centre, double radius, double start, double end, double scale) {
@@ -131,12 +166,6 @@ void paint(QPainter& painter, QPointF centre, std::span<const DrawnSegment> shap
     painter.save();
     painter.setRenderHint(QPainter::Antialiasing);
     painter.setPen(Qt::NoPen);
-    // A fading shape takes its alpha in its colours: the same as the painter's opacity for one fill,
-    // and several times faster in the raster engine.
-    const auto faded = [](QColor color, double alpha) {
-        color.setAlphaF(float(color.alphaF() * alpha));
-        return color;
-    };
     const double scale = painter.deviceTransform().m11();
     for (const DrawnSegment& shape : shapes) {
         // A fading sliver under a device pixel wide comes out of the hard-edged fill below as a broken
@@ -147,41 +176,15 @@ void paint(QPainter& painter, QPointF centre, std::span<const DrawnSegment> shap
             sectorPolygon(centre, shape.innerRadius, shape.outerRadius, shape.start, shape.end, scale);
         if (area.isValid() && !area.intersects(reach(polygon, shape.emphasised))) continue;
         if (shape.emphasised) {
-            if (!glows) {
-                paintGlow(painter, blurredGlow(polygon, shape.color));
-            } else {
-                const GlowCache::Key key{centre, shape.innerRadius, shape.outerRadius, shape.start, shape.end, scale,
-                                         shape.color.rgba()};
-                auto it = std::ranges::find(glows->entries, key, &GlowCache::Entry::key);
-                if (it == glows->entries.end()) {
-                    if (glows->entries.size() >= GlowCache::capacity) glows->entries.clear();
-                    glows->entries.push_back({key, blurredGlow(polygon, shape.color)});
-                    it = glows->entries.end() - 1;
-                }
-                paintGlow(painter, it->glow);
-            }
+            if (!glows) paintGlow(painter, blurredGlow(polygon, shape.color));
+            else paintGlow(painter, cachedGlow(*glows, {centre, shape.innerRadius, shape.outerRadius, shape.start,
+                                                        shape.end, scale, shape.color.rgba()},
+                                               polygon, shape.color));
         }
         const QColor color = faded(shape.color, shape.alpha);
         painter.setBrush(color);
-        if (devicePixels < thinShape * scale) {
-            // Antialiased filling costs per scanline and edge, which long thin spikes have most of:
-            // a hard-edged fill under a one-pixel antialiased outline looks the same for half the time.
-            // A spike that fades in or out moves too fast for its edges to show, and blending a
-            // translucent outline costs more than the fill, so it goes without.
-            painter.setRenderHint(QPainter::Antialiasing, false);
-            painter.drawPolygon(polygon);
-            painter.setRenderHint(QPainter::Antialiasing);
-            if (shape.alpha >= 1) {
-                QPen outline(color, 0);
-                outline.setCosmetic(true);
-                painter.setPen(outline);
-                painter.setBrush(Qt::NoBrush);
-                painter.drawPolygon(polygon);
-                painter.setPen(Qt::NoPen);
-            }
-        } else {
-            painter.drawPolygon(polygon);
-        }
+        if (devicePixels < thinShape * scale) paintSpike(painter, polygon, color, shape.alpha >= 1);
+        else painter.drawPolygon(polygon);
         if (!shape.notchRadii.empty()) {
             // Thin ring sectors rather than strokes: the same pixels without the stroker. Gathering
             // them across shapes into one fill was measured slower: the rasterizer's pool overflows.
