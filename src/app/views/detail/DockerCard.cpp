@@ -4,14 +4,13 @@
 #include "DetailDialogs.h"
 #include "DetailValues.h"
 #include "DisplayName.h"
-#include "DetailLook.h"
 
 #include <QHBoxLayout>
 #include <QLabel>
-#include <QVBoxLayout>
 #include <QMessageBox>
 #include <QPushButton>
 #include <QToolButton>
+#include <QVBoxLayout>
 
 namespace lumabroom {
 

@@ -1,16 +1,14 @@
 #include "RuleDetailPanel.h"
 
 #include "CardParts.h"
-#include "DetailDialogs.h"
 #include "DetailValues.h"
-#include "DisplayName.h"
 #include "DetailLook.h"
 
 #include <QFontDatabase>
 #include <QHBoxLayout>
 #include <QLabel>
-#include <QVBoxLayout>
 #include <QPushButton>
+#include <QVBoxLayout>
 
 namespace lumabroom {
 

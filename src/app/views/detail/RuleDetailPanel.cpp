@@ -7,21 +7,17 @@
 #include "DetailLook.h"
 
 #include "scan/BuiltinRules.h"
-#include "text/Formatting.h"
-#include "text/Localization.h"
 
 #include <QFontDatabase>
 #include <QHBoxLayout>
+#include <QKeyEvent>
 #include <QLabel>
 #include <QMessageBox>
 #include <QPushButton>
 #include <QScrollArea>
 #include <QScrollBar>
-#include <QKeyEvent>
 #include <QTimer>
 #include <QVBoxLayout>
-
-#include <algorithm>
 
 namespace lumabroom {
 

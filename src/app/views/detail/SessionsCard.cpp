@@ -2,16 +2,14 @@
 
 #include "CardParts.h"
 #include "DetailDialogs.h"
-#include "DetailValues.h"
 #include "DisplayName.h"
-#include "DetailLook.h"
 
 #include <QHBoxLayout>
 #include <QLabel>
-#include <QVBoxLayout>
 #include <QMessageBox>
 #include <QPushButton>
 #include <QToolButton>
+#include <QVBoxLayout>
 #include <algorithm>
 
 namespace lumabroom {

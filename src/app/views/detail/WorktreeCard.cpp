@@ -3,16 +3,15 @@
 #include "CardParts.h"
 #include "DetailDialogs.h"
 #include "DetailValues.h"
-#include "DisplayName.h"
 #include "DetailLook.h"
 
 #include "text/Formatting.h"
 
 #include <QHBoxLayout>
 #include <QLabel>
-#include <QVBoxLayout>
 #include <QMessageBox>
 #include <QToolButton>
+#include <QVBoxLayout>
 
 namespace lumabroom {
 
