@@ -2,32 +2,77 @@
 
 #include "support/TempTree.h"
 
-#include <QProcess>
-
 #include <chrono>
 #include <csignal>
 #include <thread>
 
+#include <cerrno>
+#include <fcntl.h>
+#include <poll.h>
+#include <spawn.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
 namespace lumabroom::test {
 
+// Started with posix_spawn rather than QProcess: the latter's child shares memory with the caller
+// and runs ThreadSanitizer's hooks there, which loses the caller's ordering with other threads and
+// shows races that are none in whatever the test runs next.
 ProcessResult runProcess(const std::vector<std::string>& argv, const std::map<std::string, std::string>& env) {
-    QProcessEnvironment environment;
-    for (const auto& [name, value] : env)
-        environment.insert(QString::fromStdString(name), QString::fromStdString(value));
-    QStringList arguments;
-    for (auto it = argv.begin() + 1; it != argv.end(); ++it) arguments << QString::fromStdString(*it);
-    QProcess child;
-    child.setProcessEnvironment(environment);
-    child.setStandardInputFile(QProcess::nullDevice());
-    child.start(QString::fromStdString(argv.front()), arguments);
+    std::vector<std::string> entries;
+    for (const auto& [name, value] : env) entries.push_back(name + "=" + value);
+    auto pointers = [](std::vector<std::string>& strings) {
+        std::vector<char*> list;
+        for (auto& s : strings) list.push_back(s.data());
+        list.push_back(nullptr);
+        return list;
+    };
+    std::vector<std::string> args = argv;
+    auto argp = pointers(args), envp = pointers(entries);
+
     ProcessResult result;
-    if (!child.waitForFinished(-1)) return result;
-    result.out = child.readAllStandardOutput().toStdString();
-    result.err = child.readAllStandardError().toStdString();
-    if (child.exitStatus() == QProcess::NormalExit) result.status = child.exitCode();
+    int out[2], err[2];
+    if (::pipe2(out, O_CLOEXEC) != 0) return result;
+    if (::pipe2(err, O_CLOEXEC) != 0) {
+        ::close(out[0]);
+        ::close(out[1]);
+        return result;
+    }
+    posix_spawn_file_actions_t actions;
+    posix_spawn_file_actions_init(&actions);
+    posix_spawn_file_actions_addopen(&actions, STDIN_FILENO, "/dev/null", O_RDONLY, 0);
+    posix_spawn_file_actions_adddup2(&actions, out[1], STDOUT_FILENO);
+    posix_spawn_file_actions_adddup2(&actions, err[1], STDERR_FILENO);
+    pid_t pid = -1;
+    const int failed = ::posix_spawn(&pid, argp[0], &actions, nullptr, argp.data(), envp.data());
+    posix_spawn_file_actions_destroy(&actions);
+    ::close(out[1]);
+    ::close(err[1]);
+
+    pollfd watched[2] = {{out[0], POLLIN, 0}, {err[0], POLLIN, 0}};
+    std::string* sinks[2] = {&result.out, &result.err};
+    for (int open = failed ? 0 : 2; open > 0;) {
+        if (::poll(watched, 2, -1) < 0) {
+            if (errno == EINTR) continue;
+            break;
+        }
+        for (int k = 0; k < 2; ++k) {
+            if (watched[k].fd < 0 || watched[k].revents == 0) continue;
+            char buffer[4096];
+            const ssize_t n = ::read(watched[k].fd, buffer, sizeof buffer);
+            if (n > 0) sinks[k]->append(buffer, static_cast<std::size_t>(n));
+            else if (n == 0 || errno != EINTR) {
+                watched[k].fd = -1;
+                --open;
+            }
+        }
+    }
+    ::close(out[0]);
+    ::close(err[0]);
+    if (failed) return result;
+    int status = 0;
+    while (::waitpid(pid, &status, 0) < 0 && errno == EINTR) {}
+    if (WIFEXITED(status)) result.status = WEXITSTATUS(status);
     return result;
 }
 

@@ -15,7 +15,7 @@ struct ProcessResult {
 };
 
 // Runs a program with exactly the given environment (nothing inherited), standard input from the
-// null device, and collects both outputs.
+// null device, and collects both outputs. `argv[0]` is the program's path; it is not looked up.
 ProcessResult runProcess(const std::vector<std::string>& argv, const std::map<std::string, std::string>& env);
 
 // Runs `body` with the rights of an ordinary user and gives back its result. As root, folders of
