@@ -53,7 +53,11 @@ void MainWindow::traceStartup() {
     traceStage_ = 1;
     printStamp("constructed");
     qApp->installEventFilter(this);
-    connect(&model_, &AppModel::resultsChanged, this, [this] { traceResult_ = true; });
+    // Queued behind the content's own refresh, so the paint that follows shows the result.
+    connect(&model_, &AppModel::resultsChanged, this, [this] {
+        QMetaObject::invokeMethod(
+            this, [this] { traceResult_ = true; }, Qt::QueuedConnection);
+    });
 }
 
 bool MainWindow::eventFilter(QObject* watched, QEvent* event) {
