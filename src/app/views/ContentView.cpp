@@ -7,7 +7,6 @@
 #include "RuleIconTile.h"
 #include "SafetyBadge.h"
 #include "SunburstWidget.h"
-#include "SymbolView.h"
 #include "Symbols.h"
 #include "Theme.h"
 #include "host/Platform.h"
@@ -53,6 +52,15 @@ QLabel* label(const QString& content, QWidget* parent) {
     auto* l = new QLabel(content, parent);
     // A label inside a row button lets the press reach the button.
     l->setAttribute(Qt::WA_TransparentForMouseEvents);
+    return l;
+}
+
+// A symbol in a colour of the scheme this view was built for; it does not depend on the palette
+// that reaches it through the style sheet.
+QLabel* symbolLabel(std::string_view symbol, const QColor& colour, int side, QWidget* parent) {
+    auto* l = label({}, parent);
+    l->setPixmap(Symbols::icon(symbol, colour).pixmap(side, side));
+    l->setFixedSize(side, side);
     return l;
 }
 
@@ -291,9 +299,7 @@ QWidget* ContentView::makeBottomBar() {
     diskSegment_->setObjectName(QStringLiteral("diskSegment"));
     diskSegment_->setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Preferred); // it keeps its room first
     row->addWidget(diskSegment_);
-    summaryMark_ = new QLabel(bar);
-    summaryMark_->setPixmap(
-        Symbols::icon("checkmark.circle.fill", Theme::of(!isLight()).named(NamedColor::green)).pixmap(14, 14));
+    summaryMark_ = symbolLabel("checkmark.circle.fill", Theme::of(!isLight()).named(NamedColor::green), 14, bar);
     row->addWidget(summaryMark_);
     summaryLabel_ = new QLabel(bar);
     summaryLabel_->setObjectName(QStringLiteral("lastSummary"));
@@ -397,8 +403,7 @@ void ContentView::addEmptyState(QVBoxLayout& list, const std::string& symbol, co
     auto* column = new QVBoxLayout(box);
     column->setContentsMargins(24, 80, 24, 0);
     column->setSpacing(10);
-    auto* icon = new SymbolView(symbol, TextSize::title, SymbolView::Tone::tertiary, box);
-    icon->setFixedSize(48, 48);
+    auto* icon = symbolLabel(symbol, Theme::of(!isLight()).tertiary, 48, box);
     column->addWidget(icon, 0, Qt::AlignHCenter);
     auto* head = new QLabel(title, box);
     head->setObjectName(QStringLiteral("emptyTitle"));
@@ -521,7 +526,7 @@ void ContentView::fillOverview(QVBoxLayout& list, const Category* filter) {
                 if (const RuleScanResult* r = model_.result(ruleID)) model_.toggleRule(*r);
             });
             cardRow->addWidget(box);
-            auto* chevron = new SymbolView("chevron.right", TextSize::caption, SymbolView::Tone::tertiary, card);
+            auto* chevron = symbolLabel("chevron.right", tertiary, 12, card);
             cardRow->addWidget(chevron);
             connect(card, &QPushButton::clicked, &model_, [this, ruleID] { model_.setRoute(Route::rule(ruleID)); });
             auto* indented = new QHBoxLayout;
@@ -578,9 +583,11 @@ void ContentView::refreshBottomBar() {
     }
     const Theme& theme = Theme::of(!isLight());
     cleanButton_->setIcon(Symbols::icon("sparkles", selected >= 1 ? theme.onAccent : theme.secondary));
-    cleanButton_->setText(selected >= 1 ? qs(AppText::formatted("清理 %1", {Formatting::bytes(selected)}))
-                                        : text("清理"));
-    cleanButton_->setAccessibleName(cleanButton_->text());
+    const QString label =
+        selected >= 1 ? qs(AppText::formatted("清理 %1", {Formatting::bytes(selected)})) : text("清理");
+    // A blank keeps the label off the icon, which the style sets close.
+    cleanButton_->setText(QStringLiteral(" ") + label);
+    cleanButton_->setAccessibleName(label);
     cleanButton_->setEnabled(!model_.isBusy() && selected > 0);
     cleanButton_->setProperty("filled", selected >= 1);
     cleanButton_->style()->unpolish(cleanButton_);

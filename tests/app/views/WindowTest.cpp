@@ -259,7 +259,7 @@ TEST_F(WindowTest, CleanButtonAndReturnDoNothingDuringAScanOrWithZeroBytesSelect
     EXPECT_FALSE(clean->isEnabled());
     press(Qt::Key_Return);
     EXPECT_EQ(window->content()->cleanDialog(), nullptr);
-    EXPECT_EQ(clean->text(), QStringLiteral("清理"));
+    EXPECT_EQ(clean->accessibleName(), QStringLiteral("清理"));
 
     model->setSelectedEntryIDs({"/n/a"});
     model->scan();
@@ -278,7 +278,7 @@ TEST_F(WindowTest, ReturnOpensTheCleanDialogWhenThereIsSomethingToClean) {
     test::settle();
     auto* clean = find<QPushButton>(QStringLiteral("clean"));
     EXPECT_TRUE(clean->isEnabled());
-    EXPECT_EQ(clean->text(), QString::fromStdString("清理 " + Formatting::bytes(300)));
+    EXPECT_EQ(clean->accessibleName(), QString::fromStdString("清理 " + Formatting::bytes(300)));
     press(Qt::Key_Return);
     QDialog* dialog = window->content()->cleanDialog();
     ASSERT_NE(dialog, nullptr);
