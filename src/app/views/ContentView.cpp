@@ -1,5 +1,6 @@
 #include "ContentView.h"
 
+#include "AnimatedBytes.h"
 #include "BrandMark.h"
 #include "DiskBar.h"
 #include "RuleCheckbox.h"
@@ -473,8 +474,10 @@ void ContentView::fillOverview(QVBoxLayout& list, const Category* filter) {
         } else {
             row->addStretch(1);
         }
-        auto* total = label(bytes(group.total()), header);
+        auto* total = new AnimatedBytes(header);
+        total->setAttribute(Qt::WA_TransparentForMouseEvents);
         total->setFont(bold);
+        total->setBytes(group.total());
         row->addWidget(total);
         const Category category = group.category;
         connect(header, &QPushButton::clicked, &model_, [this, category] { model_.toggleExpansion(category); });
