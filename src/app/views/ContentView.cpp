@@ -1,10 +1,15 @@
 #include "ContentView.h"
 
+#include "AnimatedBytes.h"
+#include "BrandMark.h"
 #include "DiskBar.h"
 #include "RuleCheckbox.h"
 #include "RuleDetailPanel.h"
-#include "WindowLook.h"
+#include "RuleIconTile.h"
+#include "SafetyBadge.h"
 #include "SunburstWidget.h"
+#include "Symbols.h"
+#include "Theme.h"
 #include "host/Platform.h"
 #include "model/AppModel.h"
 #include "model/AppText.h"
@@ -51,8 +56,19 @@ QLabel* label(const QString& content, QWidget* parent) {
     return l;
 }
 
-QPushButton* roundButton(const QString& symbol, const QString& tip, QWidget* parent) {
-    auto* b = new QPushButton(symbol, parent);
+// A symbol in a colour of the scheme this view was built for; it does not depend on the palette
+// that reaches it through the style sheet.
+QLabel* symbolLabel(std::string_view symbol, const QColor& colour, int side, QWidget* parent) {
+    auto* l = label({}, parent);
+    l->setPixmap(Symbols::icon(symbol, colour).pixmap(side, side));
+    l->setFixedSize(side, side);
+    return l;
+}
+
+QPushButton* roundButton(std::string_view symbol, const QColor& colour, const QString& tip, QWidget* parent) {
+    auto* b = new QPushButton(parent);
+    b->setIcon(Symbols::icon(symbol, colour));
+    b->setIconSize(QSize(16, 16));
     b->setToolTip(tip);
     b->setAccessibleName(tip);
     b->setFixedSize(34, 34);
@@ -76,7 +92,10 @@ QPushButton* rowButton(const QString& name, QWidget* parent, QHBoxLayout*& row) 
 } // namespace
 
 ContentView::ContentView(AppModel& model, Updater* updater, bool light, QWidget* parent)
-    : QWidget(parent), model_(model), updater_(updater), light_(light) {
+    : QWidget(parent),
+      model_(model),
+      updater_(updater),
+      light_(light) {
     setObjectName(QStringLiteral("content"));
     setMinimumSize(1080, 680);
 
@@ -115,6 +134,8 @@ ContentView::ContentView(AppModel& model, Updater* updater, bool light, QWidget*
     panel_->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     panel_->setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     panel_->setFocusPolicy(Qt::NoFocus);
+    // The window's gradient shows through the list rather than a plain fill.
+    panel_->viewport()->setAutoFillBackground(false);
     row->addWidget(rightPanel_);
     column->addLayout(row, 1);
 
@@ -133,10 +154,10 @@ ContentView::ContentView(AppModel& model, Updater* updater, bool light, QWidget*
         });
     }
 
-    for (const auto signal : {&AppModel::resultsChanged, &AppModel::selectedEntryIDsChanged, &AppModel::isBusyChanged,
-                              &AppModel::routeChanged, &AppModel::showEmptyRulesChanged,
-                              &AppModel::scannedRuleCountChanged, &AppModel::diskSpaceChanged,
-                              &AppModel::collapsedCategoriesChanged, &AppModel::lastSummaryChanged})
+    for (const auto signal :
+         {&AppModel::resultsChanged, &AppModel::selectedEntryIDsChanged, &AppModel::isBusyChanged,
+          &AppModel::routeChanged, &AppModel::showEmptyRulesChanged, &AppModel::scannedRuleCountChanged,
+          &AppModel::diskSpaceChanged, &AppModel::collapsedCategoriesChanged, &AppModel::lastSummaryChanged})
         connect(&model_, signal, this, &ContentView::scheduleRefresh);
     refresh();
 
@@ -154,7 +175,7 @@ QWidget* ContentView::makeTopBar() {
     row->setContentsMargins(Platform::isMacOS() ? 84 : 24, 0, 24, 0);
     row->setSpacing(10);
 
-    auto* brand = new QLabel(QStringLiteral("✦"), bar); // stands in for the brand mark
+    auto* brand = new BrandMark(30, bar);
     brand->setObjectName(QStringLiteral("brand"));
     brand->setAccessibleName(QStringLiteral("Lumabroom"));
     row->addWidget(brand);
@@ -175,9 +196,9 @@ QWidget* ContentView::makeTopBar() {
     row->addStretch(1);
 
     const QKeySequence rescanKey(Qt::CTRL | Qt::Key_R);
-    rescanButton_ = roundButton(QStringLiteral("↻"),
-                                qs(AppText::formatted("重新扫描 (%1)", {rescanKey.toString(QKeySequence::NativeText).toStdString()})),
-                                bar);
+    rescanButton_ = roundButton(
+        "arrow.clockwise", Theme::of(!isLight()).primary,
+        qs(AppText::formatted("重新扫描 (%1)", {rescanKey.toString(QKeySequence::NativeText).toStdString()})), bar);
     rescanButton_->setObjectName(QStringLiteral("rescan"));
     // Pressed at once rather than after the button's animated click, like Return below.
     auto* rescanShortcut = new QShortcut(rescanKey, this);
@@ -193,7 +214,8 @@ QWidget* ContentView::makeTopBar() {
 QToolButton* ContentView::makeOptionsButton() {
     auto* button = new QToolButton(this);
     button->setObjectName(QStringLiteral("options"));
-    button->setText(QStringLiteral("⋯"));
+    button->setIcon(Symbols::icon("ellipsis", Theme::of(!isLight()).primary));
+    button->setIconSize(QSize(16, 16));
     button->setToolTip(text("选项"));
     button->setAccessibleName(text("选项"));
     button->setFixedSize(34, 34);
@@ -201,6 +223,8 @@ QToolButton* ContentView::makeOptionsButton() {
     button->setStyleSheet(QStringLiteral("QToolButton::menu-indicator { image: none; width: 0; }"));
     auto* menu = new QMenu(button);
     menu->setObjectName(QStringLiteral("optionsMenu"));
+    // A popup is a window of its own and would take the application's palette.
+    menu->setPalette(window()->palette());
 
     emptyRulesAction_ = menu->addAction(text("显示空项"));
     emptyRulesAction_->setCheckable(true);
@@ -210,6 +234,7 @@ QToolButton* ContentView::makeOptionsButton() {
 
     const auto picker = [this, menu](const QString& title) {
         auto* sub = menu->addMenu(title);
+        sub->setPalette(window()->palette());
         auto* group = new QActionGroup(sub);
         group->setExclusive(true);
         return std::pair{sub, group};
@@ -231,7 +256,8 @@ QToolButton* ContentView::makeOptionsButton() {
 
     auto [paletteMenu, palettes] = picker(text("图表配色"));
     const auto palette = SunburstPalette::stored();
-    for (const auto& [value, key] : {std::pair{ChartPalette::hues, "彩色"}, std::pair{ChartPalette::colorBlindSafe, "色盲友好"}}) {
+    for (const auto& [value, key] :
+         {std::pair{ChartPalette::hues, "彩色"}, std::pair{ChartPalette::colorBlindSafe, "色盲友好"}}) {
         auto* action = choice(paletteMenu, palettes, AppText::text(key), value == palette);
         connect(action, &QAction::triggered, this, [this, value] {
             Q_EMIT paletteChosen(value);
@@ -245,7 +271,8 @@ QToolButton* ContentView::makeOptionsButton() {
     for (const AppLanguage value : allAppLanguages) {
         auto* action = choice(languageMenu, languages, displayName(value), value == language);
         // Queued: the choice rebuilds this view, menu included.
-        connect(action, &QAction::triggered, this, [this, value] { Q_EMIT languageChosen(value); }, Qt::QueuedConnection);
+        connect(
+            action, &QAction::triggered, this, [this, value] { Q_EMIT languageChosen(value); }, Qt::QueuedConnection);
     }
     menu->addSeparator();
 
@@ -273,6 +300,8 @@ QWidget* ContentView::makeBottomBar() {
     diskSegment_->setObjectName(QStringLiteral("diskSegment"));
     diskSegment_->setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Preferred); // it keeps its room first
     row->addWidget(diskSegment_);
+    summaryMark_ = symbolLabel("checkmark.circle.fill", Theme::of(!isLight()).named(NamedColor::green), 14, bar);
+    row->addWidget(summaryMark_);
     summaryLabel_ = new QLabel(bar);
     summaryLabel_->setObjectName(QStringLiteral("lastSummary"));
     summaryLabel_->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
@@ -283,6 +312,7 @@ QWidget* ContentView::makeBottomBar() {
     row->addWidget(selectionLabel_);
     cleanButton_ = new QPushButton(bar);
     cleanButton_->setObjectName(QStringLiteral("clean"));
+    cleanButton_->setIconSize(QSize(14, 14));
     cleanButton_->setMinimumHeight(38);
     cleanButton_->setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
     connect(cleanButton_, &QPushButton::clicked, this, &ContentView::askToClean);
@@ -327,10 +357,12 @@ void ContentView::refreshPanel() {
     list->setSpacing(6);
     back_ = nullptr;
     const Route& route = model_.route();
-    if (route.ruleID()) addEmptyState(*list, "?", text("该项已不存在"), {});
+    if (route.ruleID()) addEmptyState(*list, "questionmark.folder", text("该项已不存在"), {});
     else fillOverview(*list, route.categoryValue());
     list->addStretch(1);
     panel_->setWidget(page);
+    page->setAutoFillBackground(false);
+    page->setPalette(window()->palette());
     panel_->verticalScrollBar()->setValue(scroll);
 
     // Tab goes from the chart down the panel's rows to the bottom bar, as they stand on screen.
@@ -364,27 +396,24 @@ void ContentView::addBackButton(QVBoxLayout& list, const QString& title, Categor
     list.addWidget(back);
 }
 
-void ContentView::addEmptyState(QVBoxLayout& list, const char* symbol, const QString& title, const QString& description) {
+void ContentView::addEmptyState(QVBoxLayout& list, const std::string& symbol, const QString& title,
+                                const QString& description) {
     auto* box = new QWidget(list.parentWidget());
     box->setObjectName(QStringLiteral("emptyState"));
     box->setAccessibleName(title);
     auto* column = new QVBoxLayout(box);
     column->setContentsMargins(24, 80, 24, 0);
     column->setSpacing(10);
-    auto* icon = new QLabel(QString::fromUtf8(symbol), box);
-    QFont big = icon->font();
-    big.setPointSizeF(big.pointSizeF() * 3);
-    icon->setFont(big);
+    auto* icon = symbolLabel(symbol, Theme::of(!isLight()).tertiary, 48, box);
+    column->addWidget(icon, 0, Qt::AlignHCenter);
     auto* head = new QLabel(title, box);
     head->setObjectName(QStringLiteral("emptyTitle"));
     QFont bold = head->font();
     bold.setBold(true);
     bold.setPointSizeF(bold.pointSizeF() * 1.3);
     head->setFont(bold);
-    for (QLabel* l : {icon, head}) {
-        l->setAlignment(Qt::AlignCenter);
-        column->addWidget(l);
-    }
+    head->setAlignment(Qt::AlignCenter);
+    column->addWidget(head);
     if (!description.isEmpty()) {
         auto* body = new QLabel(description, box);
         body->setObjectName(QStringLiteral("secondary"));
@@ -401,12 +430,13 @@ void ContentView::fillOverview(QVBoxLayout& list, const Category* filter) {
     const auto groups = model_.visibleGroups();
     if (groups.empty()) {
         if (!model_.isBusy())
-            addEmptyState(list, "✦", text("已经很干净了"),
+            addEmptyState(list, "sparkles", text("已经很干净了"),
                           text("没有发现可清理的缓存;可在右上角选项里打开「显示空项」"));
         return;
     }
     const bool light = isLight();
-    const QColor tertiary = WindowLook::tertiaryText(palette());
+    const Theme& theme = Theme::of(!light);
+    const QColor tertiary = theme.tertiary;
     for (const VisibleGroup& group : groups) {
         if (filter && group.category != *filter) continue;
         const bool collapsed = model_.collapsedCategories().contains(group.category);
@@ -417,9 +447,9 @@ void ContentView::fillOverview(QVBoxLayout& list, const Category* filter) {
         header->setProperty("collapsed", collapsed);
         auto* dot = label({}, header);
         dot->setFixedSize(8, 8);
-        dot->setStyleSheet(QStringLiteral("background:%1;border-radius:4px;")
-                               .arg(rgba(SunburstPalette::categoryColor(group.category, groups, light,
-                                                                        SunburstPalette::stored()))));
+        dot->setStyleSheet(
+            QStringLiteral("background:%1;border-radius:4px;")
+                .arg(rgba(SunburstPalette::categoryColor(group.category, groups, light, SunburstPalette::stored()))));
         row->addWidget(dot);
         auto* title = label(name, header);
         QFont bold = title->font();
@@ -433,8 +463,9 @@ void ContentView::fillOverview(QVBoxLayout& list, const Category* filter) {
             // What is left of the row beside the other pieces, so the line ends in an ellipsis before the total.
             const QFontMetrics metrics(font());
             const QFontMetrics boldMetrics(bold);
-            const int room = 540 - 24 - 8 - 5 * 8 - boldMetrics.horizontalAdvance(name) -
-                             metrics.horizontalAdvance(count->text()) - boldMetrics.horizontalAdvance(bytes(group.total()));
+            const int room = 540 - 24 - 8 - 5 * 8 - boldMetrics.horizontalAdvance(name)
+                             - metrics.horizontalAdvance(count->text())
+                             - boldMetrics.horizontalAdvance(bytes(group.total()));
             auto* summary = label(metrics.elidedText(qs(group.summary()), Qt::ElideRight, std::max(room, 0)), header);
             summary->setObjectName(QStringLiteral("groupSummary"));
             summary->setStyleSheet(QStringLiteral("color:%1;").arg(rgba(tertiary)));
@@ -443,8 +474,10 @@ void ContentView::fillOverview(QVBoxLayout& list, const Category* filter) {
         } else {
             row->addStretch(1);
         }
-        auto* total = label(bytes(group.total()), header);
+        auto* total = new AnimatedBytes(header);
+        total->setAttribute(Qt::WA_TransparentForMouseEvents);
         total->setFont(bold);
+        total->setBytes(group.total());
         row->addWidget(total);
         const Category category = group.category;
         connect(header, &QPushButton::clicked, &model_, [this, category] { model_.toggleExpansion(category); });
@@ -459,10 +492,8 @@ void ContentView::fillOverview(QVBoxLayout& list, const Category* filter) {
             auto* card = rowButton(qs(rule.name()), page, cardRow);
             card->setObjectName(QStringLiteral("rule.") + qs(rule.id));
             card->setProperty("selected", selection != RuleSelection::none);
-            auto* tile = label(qs(rule.name()).left(1), card); // stands in for the rule's icon tile
-            tile->setFixedSize(22, 22);
-            tile->setAlignment(Qt::AlignCenter);
-            tile->setStyleSheet(QStringLiteral("background:%1;border-radius:6px;").arg(rgba(WindowLook::cardBackground(light))));
+            auto* tile = new RuleIconTile(rule, 22, card);
+            tile->setAttribute(Qt::WA_TransparentForMouseEvents);
             cardRow->addWidget(tile);
             QStringList tip{qs(rule.note())};
             for (const std::string& path : rule.paths) tip << qs(path);
@@ -470,11 +501,9 @@ void ContentView::fillOverview(QVBoxLayout& list, const Category* filter) {
             name->setToolTip(tip.join(QLatin1Char('\n')));
             cardRow->addWidget(name);
             if (rule.safety != SafetyLevel::safe) {
-                auto* badge = new QLabel(qs(displayName(rule.safety)), card); // stands in for the safety badge
+                auto* badge = new SafetyBadge(rule.safety, card);
                 badge->setObjectName(QStringLiteral("safetyBadge"));
                 badge->setToolTip(name->toolTip());
-                badge->setStyleSheet(QStringLiteral("color:%1;border:1px solid %1;border-radius:6px;padding:0 5px;")
-                                         .arg(rule.safety == SafetyLevel::caution ? "#E0A030" : "#8E8E93"));
                 cardRow->addWidget(badge);
             }
             cardRow->addStretch(1);
@@ -486,21 +515,21 @@ void ContentView::fillOverview(QVBoxLayout& list, const Category* filter) {
             auto* box = new QToolButton(card);
             box->setObjectName(QStringLiteral("check.") + qs(rule.id));
             box->setAutoRaise(true);
-            box->setText(qs(std::string(glyph.character())));
+            QColor colour = glyph.accent ? theme.accentA : theme.secondary;
+            colour.setAlphaF(static_cast<float>(glyph.opacity));
+            box->setIcon(Symbols::icon(glyph.glyph, colour));
+            box->setIconSize(QSize(18, 18));
             box->setProperty("glyph", qs(std::string(glyph.glyph)));
             box->setEnabled(glyph.enabled);
             box->setToolTip(glyph.enabled ? text("勾选/取消整组") : QString());
             box->setAccessibleName(text("勾选/取消整组") + QStringLiteral(" · ") + qs(rule.name()));
-            QColor colour = glyph.accent ? WindowLook::accent(light) : palette().color(QPalette::WindowText);
-            colour.setAlphaF(static_cast<float>(glyph.opacity));
-            box->setStyleSheet(QStringLiteral("QToolButton{color:%1;border:none;font-size:16px;}").arg(rgba(colour)));
+            box->setStyleSheet(QStringLiteral("QToolButton{border:none;}"));
             const std::string ruleID = rule.id;
             connect(box, &QToolButton::clicked, &model_, [this, ruleID] {
                 if (const RuleScanResult* r = model_.result(ruleID)) model_.toggleRule(*r);
             });
             cardRow->addWidget(box);
-            auto* chevron = label(QStringLiteral("›"), card);
-            chevron->setStyleSheet(QStringLiteral("color:%1;").arg(rgba(tertiary)));
+            auto* chevron = symbolLabel("chevron.right", tertiary, 12, card);
             cardRow->addWidget(chevron);
             connect(card, &QPushButton::clicked, &model_, [this, ruleID] { model_.setRoute(Route::rule(ruleID)); });
             auto* indented = new QHBoxLayout;
@@ -518,6 +547,7 @@ bool ContentView::showDetail(const std::string& ruleID) {
     if (!detail_) {
         detail_ = new RuleDetailPanel(model_, ruleID, rightPanel_);
         detail_->setObjectName(QStringLiteral("detail"));
+        detail_->setPalette(window()->palette());
         rightPanel_->addWidget(detail_);
         setTabOrder(chart_, detail_);
         setTabOrder(detail_, cleanButton_);
@@ -540,9 +570,11 @@ void ContentView::refreshBottomBar() {
     }
     const auto& summary = model_.lastSummary();
     summaryLabel_->setVisible(summary.has_value());
+    summaryMark_->setVisible(summary.has_value());
     if (summary) {
-        summaryLabel_->setText(QStringLiteral("✔ ") + qs(summary->text()));
-        summaryLabel_->setStyleSheet(QStringLiteral("color:%1;").arg(rgba(WindowLook::success(isLight()))));
+        summaryLabel_->setText(qs(summary->text()));
+        summaryLabel_->setStyleSheet(
+            QStringLiteral("color:%1;").arg(rgba(Theme::of(!isLight()).named(NamedColor::green))));
     }
     const std::int64_t selected = model_.selectedBytes();
     const std::int64_t count = model_.selectedEntryCount();
@@ -552,9 +584,13 @@ void ContentView::refreshBottomBar() {
     } else {
         selectionLabel_->setText(qs(AppText::counted("已选 %n 项", count)));
     }
-    cleanButton_->setText(QStringLiteral("✦  ") +
-                          (selected >= 1 ? qs(AppText::formatted("清理 %1", {Formatting::bytes(selected)})) : text("清理")));
-    cleanButton_->setAccessibleName(cleanButton_->text().mid(3));
+    const Theme& theme = Theme::of(!isLight());
+    cleanButton_->setIcon(Symbols::icon("sparkles", selected >= 1 ? theme.onAccent : theme.secondary));
+    const QString label =
+        selected >= 1 ? qs(AppText::formatted("清理 %1", {Formatting::bytes(selected)})) : text("清理");
+    // A blank keeps the label off the icon, which the style sets close.
+    cleanButton_->setText(QStringLiteral(" ") + label);
+    cleanButton_->setAccessibleName(label);
     cleanButton_->setEnabled(!model_.isBusy() && selected > 0);
     cleanButton_->setProperty("filled", selected >= 1);
     cleanButton_->style()->unpolish(cleanButton_);
@@ -583,6 +619,7 @@ void ContentView::askToClean() {
     cleanDialog_ = dialog;
     dialog->setObjectName(QStringLiteral("cleanDialog"));
     dialog->setAttribute(Qt::WA_DeleteOnClose);
+    dialog->setPalette(window()->palette());
     dialog->setWindowModality(Qt::WindowModal);
     const QString title = qs(AppText::counted("清理选中的 %n 项,共 %1?", model_.selectedEntryCount(),
                                               {Formatting::bytes(model_.selectedBytes())}));

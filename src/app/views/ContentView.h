@@ -6,9 +6,9 @@
 
 #include <QDialog>
 #include <QPointer>
+#include <QWidget>
 #include <functional>
 #include <string>
-#include <QWidget>
 
 class QAction;
 class QBoxLayout;
@@ -60,7 +60,7 @@ private:
     void fillOverview(QVBoxLayout& list, const Category* filter);
     bool showDetail(const std::string& ruleID);
     void addBackButton(QVBoxLayout& list, const QString& label, Category target);
-    void addEmptyState(QVBoxLayout& list, const char* symbol, const QString& title, const QString& description);
+    void addEmptyState(QVBoxLayout& list, const std::string& symbol, const QString& title, const QString& description);
     void apply(const TapDecision& decision);
     void goBack();
     void askToClean();
@@ -71,11 +71,12 @@ private:
     bool light_ = false;
     SunburstWidget* chart_ = nullptr;
     QStackedWidget* rightPanel_ = nullptr;
-    QScrollArea* panel_ = nullptr; // the overview list and the plain panels
+    QScrollArea* panel_ = nullptr;      // the overview list and the plain panels
     RuleDetailPanel* detail_ = nullptr; // while a rule with a result is shown
     QPushButton* rescanButton_ = nullptr;
     QAction* emptyRulesAction_ = nullptr;
     DiskStatusSegment* diskSegment_ = nullptr;
+    QLabel* summaryMark_ = nullptr;
     QLabel* summaryLabel_ = nullptr;
     QLabel* selectionLabel_ = nullptr;
     QPushButton* cleanButton_ = nullptr;

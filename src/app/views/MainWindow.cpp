@@ -1,7 +1,8 @@
 #include "MainWindow.h"
 
 #include "ContentView.h"
-#include "WindowLook.h"
+#include "NebulaBackground.h"
+#include "Theme.h"
 #include "host/Platform.h"
 #include "model/AppModel.h"
 #include "model/AppText.h"
@@ -9,17 +10,26 @@
 
 #include <QApplication>
 #include <QCloseEvent>
+#include <QPainter>
 #include <QStyle>
 #include <QVBoxLayout>
+
+#include <chrono>
+#include <cstdio>
 
 namespace lumabroom {
 
 MainWindow::MainWindow(AppModel& model, Updater* updater, QWidget* parent)
-    : QWidget(parent), model_(model), updater_(updater) {
+    : QWidget(parent),
+      model_(model),
+      updater_(updater) {
     setObjectName(QStringLiteral("mainWindow"));
     auto* layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
     resize(1200, 760);
+    // Without it a style sheet hands every widget it touches the application's palette, and the
+    // scheme set on this window stops at the first of them.
+    QCoreApplication::setAttribute(Qt::AA_UseStyleSheetPropagationInWidgetStyles);
     applyLook();
     rebuild();
     // "Follow the system" follows it while the window is open.
@@ -27,6 +37,42 @@ MainWindow::MainWindow(AppModel& model, Updater* updater, QWidget* parent)
         applyLook();
         rebuild();
     });
+    if (qEnvironmentVariableIsSet("LUMABROOM_STARTUP_TRACE")) traceStartup();
+}
+
+namespace {
+void printStamp(const char* what) {
+    const auto now = std::chrono::steady_clock::now().time_since_epoch();
+    std::fprintf(stderr, "startup %s %lld\n", what,
+                 static_cast<long long>(std::chrono::duration_cast<std::chrono::nanoseconds>(now).count()));
+}
+} // namespace
+
+void MainWindow::traceStartup() {
+    // For the start-up benchmark: monotonic stamps of the first paint and of the first painted result.
+    traceStage_ = 1;
+    printStamp("constructed");
+    qApp->installEventFilter(this);
+    // Queued behind the content's own refresh, so the paint that follows shows the result.
+    connect(&model_, &AppModel::resultsChanged, this, [this] {
+        QMetaObject::invokeMethod(
+            this, [this] { traceResult_ = true; }, Qt::QueuedConnection);
+    });
+}
+
+bool MainWindow::eventFilter(QObject* watched, QEvent* event) {
+    if (event->type() != QEvent::Paint || !watched->isWidgetType()
+        || window() != static_cast<QWidget*>(watched)->window())
+        return false;
+    if (traceStage_ == 1) {
+        printStamp("first-paint");
+        traceStage_ = 2;
+    } else if (traceStage_ == 2 && traceResult_) {
+        printStamp("first-result");
+        traceStage_ = 0;
+        qApp->removeEventFilter(this);
+    }
+    return false;
 }
 
 void MainWindow::setLanguage(AppLanguage language) {
@@ -41,6 +87,12 @@ void MainWindow::rebuild() {
     // Deleting the old content closes its clean dialog with it.
     delete content_;
     content_ = new ContentView(model_, updater_, light_, this);
+    content_->setStyleSheet(lookSheet_);
+    // A child made after the window took its palette may start from the application's; setting
+    // it again hands it to every widget below.
+    const QPalette look = palette();
+    setPalette(QPalette());
+    setPalette(look);
     layout()->addWidget(content_);
     connect(content_, &ContentView::languageChosen, this, &MainWindow::setLanguage);
     connect(content_, &ContentView::appearanceChosen, this, &MainWindow::setAppearance);
@@ -55,11 +107,13 @@ void MainWindow::rebuild() {
 void MainWindow::applyLook() {
     light_ = !appearance_.isDark();
     const bool light = light_;
-    const QPalette palette = WindowLook::palette(light);
-    QApplication::setPalette(palette);
-    const QColor text = palette.color(QPalette::WindowText);
-    const QColor card = WindowLook::cardBackground(light);
-    const QColor accent = WindowLook::accent(light);
+    const Theme& theme = Theme::of(!light);
+    // On this window only: the application keeps the system's palette for "follow the system" to read.
+    const QPalette palette = theme.palette();
+    setPalette(palette);
+    const QColor text = theme.primary;
+    const QColor card = theme.card;
+    const QColor accent = theme.accentA;
     const auto rgba = [](QColor c) {
         return QStringLiteral("rgba(%1,%2,%3,%4)").arg(c.red()).arg(c.green()).arg(c.blue()).arg(c.alphaF(), 0, 'f', 3);
     };
@@ -71,26 +125,36 @@ void MainWindow::applyLook() {
     selectedOutline.setAlphaF(0.45f);
     QColor bar = palette.color(QPalette::Base);
     bar.setAlphaF(0.92f);
-    qApp->setStyleSheet(QStringLiteral(
-        "QWidget#mainWindow { background: %1; }"
-        "QLabel#secondary { color: %2; }"
-        "QLabel#brand { color: %5; font-size: 26px; }"
-        "QPushButton[kind=\"row\"] { text-align: left; background: transparent; border: 1px solid transparent; border-radius: 12px; }"
-        "QPushButton[kind=\"row\"]:hover, QPushButton[kind=\"row\"]:focus { background: %3; }"
-        "QPushButton[kind=\"row\"][selected=\"true\"] { border: 1px solid %7; }"
-        "QPushButton[kind=\"round\"], QToolButton#options { border-radius: 17px; background: %3; border: 1px solid %4; font-size: 16px; }"
-        "QPushButton[kind=\"round\"]:disabled { color: %2; }"
-        "QPushButton#back { border: none; color: %5; padding: 4px 0; text-align: left; }"
-        "QFrame#bottomBar { background: %6; border: 1px solid %4; border-radius: 28px; }"
-        "QLabel#selectionStatus { color: %2; }"
-        "QPushButton#clean { border-radius: 19px; padding: 0 18px; border: none; background: %3; color: %2; }"
-        "QPushButton#clean[filled=\"true\"] { background: %5; color: #06201d; font-weight: bold; }"
-        "QPushButton#clean:focus { border: 2px solid %4; }"
-        "QCheckBox::indicator { width: 14px; height: 14px; border: 1px solid %2; border-radius: 4px; }"
-        "QCheckBox::indicator:checked { background: %5; border-color: %5; }"
-        "QCheckBox::indicator:disabled { border-style: dashed; }")
-                          .arg(palette.color(QPalette::Window).name(), rgba(secondary), rgba(card), rgba(outline),
-                               accent.name(), rgba(bar), rgba(selectedOutline)));
+    // On the content, which every change of scheme builds anew: a style sheet on this window would
+    // keep the palette it first saw and hand the application's to the widgets below.
+    lookSheet_ =
+        QStringLiteral(
+            "QLabel#secondary { color: %2; }"
+            "QPushButton[kind=\"row\"] { text-align: left; background: transparent; border: 1px solid transparent; "
+            "border-radius: 12px; }"
+            "QPushButton[kind=\"row\"]:hover, QPushButton[kind=\"row\"]:focus { background: %3; }"
+            "QPushButton[kind=\"row\"][selected=\"true\"] { border: 1px solid %7; }"
+            "QPushButton[kind=\"round\"], QToolButton#options { border-radius: 17px; background: %3; border: 1px solid "
+            "%4; font-size: 16px; }"
+            "QPushButton[kind=\"round\"]:disabled { color: %2; }"
+            "QPushButton#back { border: none; color: %5; padding: 4px 0; text-align: left; }"
+            "QFrame#bottomBar { background: %6; border: 1px solid %4; border-radius: 28px; }"
+            "QLabel#selectionStatus { color: %2; }"
+            "QPushButton#clean { border-radius: 19px; padding: 0 18px; border: none; background: %3; color: %2; }"
+            "QPushButton#clean[filled=\"true\"] { background: %1; color: %8; font-weight: bold; }"
+            "QPushButton#clean:focus { border: 2px solid %4; }"
+            "QCheckBox::indicator { width: 14px; height: 14px; border: 1px solid %2; border-radius: 4px; }"
+            "QCheckBox::indicator:checked { background: %5; border-color: %5; }"
+            "QCheckBox::indicator:disabled { border-style: dashed; }")
+            .arg(QStringLiteral("qlineargradient(x1:0, y1:0, x2:1, y2:0, stop:0 %1, stop:1 %2)")
+                     .arg(theme.accentA.name(), theme.accentB.name()),
+                 rgba(secondary), rgba(card), rgba(outline), accent.name(), rgba(bar), rgba(selectedOutline),
+                 theme.onAccent.name());
+}
+
+void MainWindow::paintEvent(QPaintEvent*) {
+    QPainter painter(this);
+    NebulaBackground::paint(painter, QRectF(rect()), Theme::of(!light_));
 }
 
 void MainWindow::showEvent(QShowEvent* event) {

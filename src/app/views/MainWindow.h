@@ -28,11 +28,14 @@ public:
 
 protected:
     void showEvent(QShowEvent* event) override;
+    void paintEvent(QPaintEvent* event) override;
     void closeEvent(QCloseEvent* event) override;
+    bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
     void rebuild();
     void applyLook();
+    void traceStartup();
 
     AppModel& model_;
     QPointer<Updater> updater_;
@@ -40,6 +43,10 @@ private:
     ContentView* content_ = nullptr;
     bool shown_ = false;
     bool light_ = false;
+    QString lookSheet_;
+    // With LUMABROOM_STARTUP_TRACE set: 1 until the first paint, 2 until the first result is painted.
+    int traceStage_ = 0;
+    bool traceResult_ = false;
 };
 
 } // namespace lumabroom

@@ -13,12 +13,4 @@ RuleCheckbox RuleCheckbox::of(SafetyLevel safety, std::int64_t totalSize, RuleSe
     return {"circle", false, 0.55, true};
 }
 
-std::string_view RuleCheckbox::character() const {
-    if (glyph == "info.circle") return "ⓘ";
-    if (glyph == "circle.dashed") return "◌";
-    if (glyph == "minus.circle.fill") return "⊖";
-    if (glyph == "checkmark.circle.fill") return "✔";
-    return "○";
-}
-
 } // namespace lumabroom

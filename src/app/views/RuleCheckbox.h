@@ -16,8 +16,6 @@ struct RuleCheckbox {
     bool enabled = false;
 
     static RuleCheckbox of(SafetyLevel safety, std::int64_t totalSize, RuleSelection selection);
-    // The symbol's stand-in character until the icon set is in.
-    std::string_view character() const;
 };
 
 } // namespace lumabroom
