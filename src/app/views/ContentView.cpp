@@ -475,6 +475,8 @@ void ContentView::fillOverview(QVBoxLayout& list, const Category* filter) {
             row->addStretch(1);
         }
         auto* total = new AnimatedBytes(header);
+        // A button's palette need not carry the window's scheme; the number takes it from the theme.
+        total->setPalette(theme.palette());
         total->setAttribute(Qt::WA_TransparentForMouseEvents);
         total->setFont(bold);
         total->setBytes(group.total());
