@@ -10,6 +10,7 @@
 #include "support/TempTree.h"
 #include "support/Text.h"
 #include "text/Formatting.h"
+#include "support/WidgetApplication.h"
 #include "text/Localization.h"
 #include "tools/DockerCLI.h"
 
@@ -35,21 +36,7 @@ namespace {
 namespace fs = std::filesystem;
 using namespace test;
 
-class Application : public ::testing::Environment {
-public:
-    void SetUp() override {
-        Localization::setLanguageForThisRun(AppLanguage::chinese);
-        app = std::make_unique<QApplication>(argc, argv);
-    }
-    void TearDown() override { app.reset(); }
-
-private:
-    int argc = 1;
-    char name[8] = "detail";
-    char* argv[2] = {name, nullptr};
-    std::unique_ptr<QApplication> app;
-};
-const auto* const environment = ::testing::AddGlobalTestEnvironment(new Application);
+const auto* const environment = ::testing::AddGlobalTestEnvironment(new test::WidgetApplication);
 
 // Lets queued rebuilds run and the old columns go.
 void flush() {

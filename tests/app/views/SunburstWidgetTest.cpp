@@ -1,5 +1,6 @@
 #include "SunburstWidget.h"
 
+#include "support/WidgetApplication.h"
 #include "text/Localization.h"
 
 #include <QApplication>
@@ -14,21 +15,7 @@
 namespace lumabroom {
 namespace {
 
-class Application : public ::testing::Environment {
-public:
-    void SetUp() override {
-        Localization::setLanguageForThisRun(AppLanguage::chinese);
-        app = std::make_unique<QApplication>(argc, argv);
-    }
-    void TearDown() override { app.reset(); }
-
-private:
-    int argc = 1;
-    char name[8] = "widgets";
-    char* argv[2] = {name, nullptr};
-    std::unique_ptr<QApplication> app;
-};
-const auto* const environment = ::testing::AddGlobalTestEnvironment(new Application);
+const auto* const environment = ::testing::AddGlobalTestEnvironment(new test::WidgetApplication);
 
 RuleScanResult rule(const std::string& id, Category category, std::int64_t size, SafetyLevel safety) {
     RuleScanResult r;
