@@ -64,7 +64,9 @@ std::vector<ScanEntry> largestCodexSessions(std::size_t limit) {
     return top(files, limit);
 }
 
-bool remove(const fs::path& file) { return !Trash::moveToTrash(file.string()); }
+bool remove(const fs::path& file) { return !moveToTrash(file).failure; }
+
+Trash::Outcome moveToTrash(const fs::path& file) { return Trash::trash(file.string()); }
 
 std::string label(const fs::path& file) {
     std::string text;

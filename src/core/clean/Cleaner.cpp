@@ -32,9 +32,13 @@ CleanResult clean(std::span<const ScanEntry> entries, CleanMethod method, bool d
         while (item.size() > 1 && item.back() == '/') item.pop_back();
         if (auto info = statNotFollowingLinks(item); info && info->isLink) freed = info->allocatedBytes;
         std::optional<std::string> failure;
-        if (!dryRun)
-            failure = method == CleanMethod::trash ? Trash::moveToTrash(path, entry.identity)
-                                                   : Removal::deleteItem(path, entry.identity);
+        if (!dryRun && method == CleanMethod::trash) {
+            auto outcome = Trash::trash(path, entry.identity);
+            failure = std::move(outcome.failure);
+            if (outcome.trashed) result.trashed.push_back({entry.url, freed, std::move(*outcome.trashed)});
+        } else if (!dryRun) {
+            failure = Removal::deleteItem(path, entry.identity);
+        }
         if (failure) {
             result.failures.push_back({entry.url, std::move(*failure)});
         } else {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "host/Trash.h"
 #include "scan/ScanEntry.h"
 
 #include <cstdint>
@@ -31,6 +32,14 @@ struct CleanResult {
     std::vector<Failure> failures;              // one per entry not removed, in the order of the entries
     std::int64_t freedBytes = 0;                // the sizes the scan measured, of the removed entries;
                                                 // a link counts its own blocks, not its target's
+    // A removed entry of a clean to the Trash (no dry run), where it went, for Trash::restore.
+    struct Trashed {
+        std::filesystem::path url;
+        std::int64_t freedBytes = 0; // what it added to freedBytes
+        Trash::TrashedItem item;
+        bool operator==(const Trashed&) const = default;
+    };
+    std::vector<Trashed> trashed; // in the order of the entries; on macOS, those the system told of
 
     bool operator==(const CleanResult&) const = default;
 };

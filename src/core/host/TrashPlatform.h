@@ -1,6 +1,6 @@
 #pragma once
 
-#include "host/FolderChain.h"
+#include "host/Trash.h"
 
 #include <optional>
 #include <string>
@@ -11,7 +11,10 @@ namespace lumabroom::Trash {
 // "what: reason" for an errno value.
 std::string describe(const std::string& what, int error);
 
-// Moves `item` (no trailing slash, its identity checked) to the Trash; an error text, or nothing.
-std::optional<std::string> moveItem(const std::string& item, const std::optional<FileIdentity>& expected);
+// Moves `item` (no trailing slash, its identity checked) to the Trash.
+Outcome moveItem(const std::string& item, const std::optional<FileIdentity>& expected);
+
+// Renames `from` to `to` unless something is at `to`: 0, or the errno value (EEXIST when taken).
+int moveWithoutReplacing(const std::string& from, const std::string& to);
 
 } // namespace lumabroom::Trash

@@ -126,8 +126,10 @@ bool writeAll(int fd, const std::string& text) {
     return true;
 }
 
-std::optional<std::string> claimAndMove(const std::string& item, const std::string& name, const TrashFolder& trash,
-                                        const std::string& record, const std::optional<FileIdentity>& expected) {
+Outcome failed(std::string reason) { return {std::move(reason), std::nullopt}; }
+
+Outcome claimAndMove(const std::string& item, const std::string& original, const std::string& name,
+                     const TrashFolder& trash, const std::string& record, const std::optional<FileIdentity>& expected) {
     // The record is made first and exclusively, which claims the name against other trashers.
     for (int copy = 1; copy < 10000; ++copy) {
         const std::string trashedName = trashedNameFor(name, copy);
@@ -136,7 +138,7 @@ std::optional<std::string> claimAndMove(const std::string& item, const std::stri
         int fd = ::open(info.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0600);
         if (fd < 0) {
             if (errno == EEXIST) continue;
-            return describe(item, errno);
+            return failed(describe(item, errno));
         }
         struct stat taken {};
         if (::lstat(target.c_str(), &taken) == 0) { // left by a trasher that wrote no record
@@ -152,43 +154,53 @@ std::optional<std::string> claimAndMove(const std::string& item, const std::stri
         }
         if (written && ::rename(item.c_str(), target.c_str()) == 0) {
             // The name may have been swapped between the check and the move: put back what came.
-            if (!expected || identityOf(target) == *expected) return std::nullopt;
+            const auto moved = identityOf(target);
+            if (moved && (!expected || moved == *expected)) return {std::nullopt, TrashedItem{original, target, info, *moved}};
             ::rename(target.c_str(), item.c_str());
             ::unlink(info.c_str());
-            return item + ": " + Removal::kReplacedReason;
+            return failed(item + ": " + Removal::kReplacedReason);
         }
         if (written) error = errno;
         ::unlink(info.c_str());
-        if (error == EXDEV) return item + ": " + kNoTrashReason;
-        return describe(item, error);
+        if (error == EXDEV) return failed(item + ": " + kNoTrashReason);
+        return failed(describe(item, error));
     }
-    return describe(item, EEXIST);
+    return failed(describe(item, EEXIST));
 }
 } // namespace
 
-std::optional<std::string> moveItem(const std::string& item, const std::optional<FileIdentity>& expected) {
+Outcome moveItem(const std::string& item, const std::optional<FileIdentity>& expected) {
     auto slash = item.rfind('/');
     std::string parent = slash == std::string::npos ? "." : slash == 0 ? "/" : item.substr(0, slash);
     std::string name = slash == std::string::npos ? item : item.substr(slash + 1);
-    if (name.empty() || name == "." || name == "..") return describe(item, EINVAL);
+    if (name.empty() || name == "." || name == "..") return failed(describe(item, EINVAL));
     struct stat itemStat {
     }, parentStat{};
-    if (::lstat(item.c_str(), &itemStat) != 0) return describe(item, errno);
+    if (::lstat(item.c_str(), &itemStat) != 0) return failed(describe(item, errno));
     auto folder = FileSystem::resolvingSymlinks(parent);
-    if (!folder || ::stat(folder->c_str(), &parentStat) != 0) return describe(item, errno ? errno : ENOENT);
+    if (!folder || ::stat(folder->c_str(), &parentStat) != 0) return failed(describe(item, errno ? errno : ENOENT));
     const std::string original = (*folder == "/" ? "" : *folder) + "/" + name;
-    if (itemStat.st_dev != parentStat.st_dev) return item + ": " + Removal::kMountPointReason;
+    if (itemStat.st_dev != parentStat.st_dev) return failed(item + ": " + Removal::kMountPointReason);
 
     std::optional<TrashFolder> trash = homeTrash();
     struct stat trashStat {};
     if (!trash || ::stat((trash->root + "/files").c_str(), &trashStat) != 0 || trashStat.st_dev != parentStat.st_dev)
         trash = topdirTrash(*folder, parentStat.st_dev);
-    if (!trash) return item + ": " + kNoTrashReason;
+    if (!trash) return failed(item + ": " + kNoTrashReason);
 
     std::string recorded = original;
     if (!trash->topdir.empty()) recorded = original.substr(trash->topdir == "/" ? 1 : trash->topdir.size() + 1);
     const std::string record = "[Trash Info]\nPath=" + escaped(recorded) + "\nDeletionDate=" + localTimestamp() + "\n";
-    return claimAndMove(item, name, *trash, record, expected);
+    return claimAndMove(item, original, name, *trash, record, expected);
+}
+
+int moveWithoutReplacing(const std::string& from, const std::string& to) {
+    if (::renameat2(AT_FDCWD, from.c_str(), AT_FDCWD, to.c_str(), RENAME_NOREPLACE) == 0) return 0;
+    if (errno != EINVAL) return errno;
+    // A file system that cannot refuse by itself: checked just before, which leaves a short window.
+    struct stat taken {};
+    if (::lstat(to.c_str(), &taken) == 0) return EEXIST;
+    return ::rename(from.c_str(), to.c_str()) == 0 ? 0 : errno;
 }
 
 } // namespace lumabroom::Trash

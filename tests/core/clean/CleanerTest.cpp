@@ -11,6 +11,7 @@
 
 #include <atomic>
 #include <map>
+#include <utility>
 #include <thread>
 
 using namespace lumabroom;
@@ -92,15 +93,25 @@ TEST(Cleaner, ReportsEachEntryInOrderAndAFailureStopsNothing) {
                                              {area / "build", 8192, {}},
                                              {area / "empty.log", 0, {}}};
         const auto before = snapshot(h.t.root());
-        EXPECT_EQ(Cleaner::clean(entries, method, true), (CleanResult{urls(entries), {}, 16884}));
+        EXPECT_EQ(Cleaner::clean(entries, method, true), (CleanResult{urls(entries), {}, 16884, {}}));
         EXPECT_EQ(snapshot(h.t.root()), before) << "a dry run touches nothing";
 
         const std::string gone = ": No such file or directory";
+        const fs::path trash = h.t / "home/.local/share/Trash";
+        const auto trashed = [&](const char* item, std::int64_t bytes) {
+            return CleanResult::Trashed{area / item, bytes,
+                                        Trash::TrashedItem{(area / item).string(), (trash / "files" / item).string(),
+                                                           (trash / "info" / item).string() + ".trashinfo",
+                                                           *identityOf((area / item).string())}};
+        };
+        std::vector<CleanResult::Trashed> expectedTrashed;
+        if (method == CleanMethod::trash) expectedTrashed = {trashed("build", 8192), trashed("empty.log", 0)};
         EXPECT_EQ(Cleaner::clean(entries, method, false),
                   (CleanResult{{area / "build", area / "empty.log"},
                                {{area / "missing", (area / "missing").string() + gone},
                                 {area / "build", (area / "build").string() + gone}},
-                               8192}));
+                               8192,
+                               expectedTrashed}));
         EXPECT_EQ(snapshot(area), (std::map<std::string, std::string>{{"link", "link:" + (area / "build").string()}}));
     }
 }
@@ -115,7 +126,7 @@ TEST(Cleaner, ADeleteThatFailsHalfWayKeepsWhatItDeletedAndCountsNothing) {
     ::chmod((t / "open/entry/locked").c_str(), 0555);
 
     // As root nothing is refused, so the removal runs as an ordinary user.
-    const CleanResult expected{{}, {{entry, (entry / "locked/kept.txt").string() + ": Permission denied"}}, 0};
+    const CleanResult expected{{}, {{entry, (entry / "locked/kept.txt").string() + ": Permission denied"}}, 0, {}};
     const std::vector<ScanEntry> entries{{entry, 4096, {}}};
     const auto agreed = [&] { return Cleaner::clean(entries, CleanMethod::delete_, false) == expected ? 1LL : 0LL; };
     EXPECT_EQ(asUnprivileged(agreed), 1);
@@ -158,14 +169,22 @@ TEST(Cleaner, NothingOutsideTheEntriesIsTouchedAndTheTrashCanPutItBack) {
         for (const char* link :
              {"links/to-folder", "links/to-file", "links/relative", "links/trailing", "again/to-file"})
             linkBytes += allocatedBytes(work / link);
-        EXPECT_EQ(Cleaner::clean(entries, method, false), (CleanResult{urls(entries), {}, linkBytes + 6 + 7}));
+        CleanResult result = Cleaner::clean(entries, method, false);
+        const auto trashed = std::exchange(result.trashed, {});
+        EXPECT_EQ(result, (CleanResult{urls(entries), {}, linkBytes + 6 + 7, {}}));
         EXPECT_EQ(snapshot(victim), victimBefore);
         EXPECT_EQ(snapshot(work), (std::map<std::string, std::string>{{"again", "dir"}, {"links", "dir"}}));
         if (method == CleanMethod::trash && !Platform::isMacOS()) {
             const auto records = trashRecords(t / "home/.local/share/Trash");
-            EXPECT_EQ(records.size(), entries.size());
-            for (const auto& [path, item] : records) fs::rename(item, path);
+            ASSERT_EQ(trashed.size(), entries.size());
+            for (std::size_t i = 0; i < trashed.size(); ++i) {
+                SCOPED_TRACE(trashed[i].url);
+                EXPECT_EQ(trashed[i].url, entries[i].url);
+                EXPECT_EQ(records.at(trashed[i].item.original), trashed[i].item.location);
+                EXPECT_EQ(Trash::restore(trashed[i].item), std::nullopt);
+            }
             EXPECT_EQ(snapshot(work), workBefore);
+            EXPECT_EQ(trashRecords(t / "home/.local/share/Trash").size(), 0u);
         }
     }
 }
@@ -227,7 +246,7 @@ TEST(Cleaner, AnEntryWhosePathNowLeadsElsewhereIsRefused) {
         h.t.file("cache/item/other.bin", 100);
         const std::string path = entry.parent_path().string();
         EXPECT_EQ(Cleaner::clean(entries, method, false),
-                  (CleanResult{{}, {{entry.parent_path(), path + ": " + Removal::kReplacedReason}}, 0}));
+                  (CleanResult{{}, {{entry.parent_path(), path + ": " + Removal::kReplacedReason}}, 0, {}}));
         EXPECT_TRUE(fs::exists(h.t / "cache/item/other.bin"));
         EXPECT_TRUE(fs::exists(h.t / "cache-moved/item/scanned.bin"));
     }
