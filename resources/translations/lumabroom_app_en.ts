@@ -22,6 +22,19 @@
         </translation>
     </message>
     <message>
+        <extracomment>summary of an undone clean: the bytes put back from the Trash</extracomment>
+        <source>已恢复 %1</source>
+        <translation>Restored %1</translation>
+    </message>
+    <message numerus="yes">
+        <extracomment>summary of an undone clean: items left in the Trash (emptied, or their place taken)</extracomment>
+        <source>,%n 项未能恢复</source>
+        <translation>
+            <numerusform>, %n item could not be put back</numerusform>
+            <numerusform>, %n items could not be put back</numerusform>
+        </translation>
+    </message>
+    <message>
         <extracomment>summary: a maintenance command line ran</extracomment>
         <source>已执行 %1</source>
         <translation>Ran %1</translation>

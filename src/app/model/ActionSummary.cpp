@@ -13,6 +13,11 @@ std::string sentence(const ActionSummary::Cleaned& c) {
     if (c.failures >= 1) out += AppText::counted(",%n 项失败", c.failures);
     return out;
 }
+std::string sentence(const ActionSummary::Restored& c) {
+    std::string out = AppText::formatted("已恢复 %1", {Formatting::bytes(c.bytes)});
+    if (c.failures >= 1) out += AppText::counted(",%n 项未能恢复", c.failures);
+    return out;
+}
 std::string sentence(const ActionSummary::MaintenanceRan& c) { return AppText::formatted("已执行 %1", {c.command}); }
 std::string sentence(const ActionSummary::MaintenanceFailed& c) {
     return AppText::formatted("%1 执行失败(命令不存在或报错)", {c.command});

@@ -16,6 +16,12 @@ struct ActionSummary {
         std::int64_t failures = 0;
         bool operator==(const Cleaned&) const = default;
     };
+    // An undo of a clean to the Trash: what was put back, and how many items stayed in the Trash.
+    struct Restored {
+        std::int64_t bytes = 0;
+        std::int64_t failures = 0;
+        bool operator==(const Restored&) const = default;
+    };
     struct MaintenanceRan {
         std::string command;
         bool operator==(const MaintenanceRan&) const = default;
@@ -77,7 +83,7 @@ struct ActionSummary {
     using Case = std::variant<Cleaned, MaintenanceRan, MaintenanceFailed, SimulatorDeleted, SimulatorDeleteFailed,
                               OllamaModelDeleted, OllamaModelDeleteFailed, ClaudeSessionsDeleteFailed, WorktreeRemoved,
                               WorktreeRemoveFailed, DockerItemDeleted, DockerItemDeleteFailed, DockerPruned,
-                              DockerPruneFailed>;
+                              DockerPruneFailed, Restored>;
     Case value;
 
     // The sentence in the current language; sizes through Formatting::bytes.

@@ -30,6 +30,7 @@ ModelServices ModelServices::live() {
     services.clean = [](const std::vector<ScanEntry>& entries, CleanMethod method) {
         return Cleaner::clean(entries, method, false);
     };
+    services.restore = [](const Trash::TrashedItem& item) { return Trash::restore(item); };
     services.launchOrbStack = [] {
 #ifdef __APPLE__
         QProcess::startDetached(QStringLiteral("/usr/bin/open"), {QStringLiteral("-a"), QStringLiteral("OrbStack")});
@@ -86,6 +87,14 @@ void AppModel::setSelectedEntryIDs(const IDSet& ids) {
 
 void AppModel::setSummary(ActionSummary summary) {
     assign(lastSummary_, OptionalSummary(std::move(summary)), &AppModel::lastSummaryChanged);
+    offerUndo({}, {});
+}
+
+void AppModel::offerUndo(std::vector<CleanResult::Trashed> items, std::set<std::string> ruleIDs) {
+    const bool could = canUndo();
+    undoItems_ = std::move(items);
+    undoRuleIDs_ = std::move(ruleIDs);
+    if (could != canUndo()) Q_EMIT canUndoChanged();
 }
 
 // Derived values

@@ -42,6 +42,8 @@ struct ModelServices {
     std::function<std::optional<DiskSpace>()> diskSpace;
     std::function<void(const WorktreeDiscovery::UpdateCallback&)> discoverWorktrees;
     std::function<CleanResult(const std::vector<ScanEntry>&, CleanMethod)> clean;
+    // Puts one trashed item back: nothing, or the reason it stays in the Trash.
+    std::function<std::optional<std::string>(const Trash::TrashedItem&)> restore;
     std::function<void()> launchOrbStack;
     std::function<void(std::chrono::milliseconds)> sleep;
 
@@ -87,6 +89,8 @@ public:
     Q_PROPERTY(OptionalDiskSpace diskSpace READ diskSpace NOTIFY diskSpaceChanged)
     Q_PROPERTY(CategorySet collapsedCategories READ collapsedCategories NOTIFY collapsedCategoriesChanged)
     Q_PROPERTY(OptionalSummary lastSummary READ lastSummary NOTIFY lastSummaryChanged)
+    Q_PROPERTY(bool canUndo READ canUndo NOTIFY canUndoChanged)
+    Q_PROPERTY(bool isUndoing READ isUndoing NOTIFY isUndoingChanged)
     Q_PROPERTY(OptionalText runningCommandRuleID READ runningCommandRuleID NOTIFY runningCommandRuleIDChanged)
     Q_PROPERTY(OptionalEntries topSessions READ topSessions NOTIFY topSessionsChanged)
     Q_PROPERTY(bool isLoadingTopSessions READ isLoadingTopSessions NOTIFY isLoadingTopSessionsChanged)
@@ -116,6 +120,9 @@ public:
     const OptionalDiskSpace& diskSpace() const { return diskSpace_; }
     const CategorySet& collapsedCategories() const { return collapsedCategories_; }
     const OptionalSummary& lastSummary() const { return lastSummary_; }
+    // The last summary is of a clean to the Trash whose items can still be put back.
+    bool canUndo() const { return !undoItems_.empty(); }
+    bool isUndoing() const { return isUndoing_; }
     const OptionalText& runningCommandRuleID() const { return runningCommandRuleID_; }
     const OptionalEntries& topSessions() const { return topSessions_; }
     bool isLoadingTopSessions() const { return isLoadingTopSessions_; }
@@ -158,6 +165,8 @@ public:
     void toggleEntry(const RuleScanResult& result, const std::string& entryID);
     void toggleExpansion(Category category);
     void clean(CleanMethod method);
+    // Puts back what the last clean to the Trash moved there and rescans the rules that held it.
+    void undoLastClean();
 
     // Per-item actions.
     void runMaintenance(const MaintenanceCommand& command);
@@ -190,6 +199,8 @@ Q_SIGNALS:
     void diskSpaceChanged();
     void collapsedCategoriesChanged();
     void lastSummaryChanged();
+    void canUndoChanged();
+    void isUndoingChanged();
     void runningCommandRuleIDChanged();
     void topSessionsChanged();
     void isLoadingTopSessionsChanged();
@@ -243,7 +254,10 @@ private:
     void scanPartEnded();
     void discoverWorktrees(bool force, std::function<void()> ended);
     void refreshTopSessions(const std::string& ruleID);
+    // Every action's summary goes through here, which withdraws the offer to undo.
     void setSummary(ActionSummary summary);
+    // After setSummary: what that clean to the Trash moved, and the rules that held it.
+    void offerUndo(std::vector<CleanResult::Trashed> items, std::set<std::string> ruleIDs);
 
     ModelServices services_;
     std::shared_ptr<Inbox> inbox_;
@@ -256,6 +270,10 @@ private:
     OptionalDiskSpace diskSpace_;
     CategorySet collapsedCategories_;
     OptionalSummary lastSummary_;
+    // Kept in memory only: an undo never outlives the process.
+    std::vector<CleanResult::Trashed> undoItems_;
+    std::set<std::string> undoRuleIDs_;
+    bool isUndoing_ = false;
     OptionalText runningCommandRuleID_;
     OptionalEntries topSessions_;
     bool isLoadingTopSessions_ = false;

@@ -101,17 +101,27 @@ void AppModel::deleteSessionFiles(const std::vector<ScanEntry>& entries, const s
             if (gone.count(session.url.native()) == 0) kept.push_back(session);
         assign(topSessions_, OptionalEntries(std::move(kept)), &AppModel::topSessionsChanged);
     }
+    struct Outcome {
+        ActionSummary::Cleaned summary{0, true, 0};
+        std::vector<CleanResult::Trashed> trashed;
+    };
     offMainThread(
         [entries] {
-            ActionSummary::Cleaned outcome{0, true, 0};
+            Outcome outcome;
             for (const ScanEntry& entry : entries) {
-                if (AgentSessions::remove(entry.url)) outcome.bytes += entry.size;
-                else ++outcome.failures;
+                auto moved = AgentSessions::moveToTrash(entry.url);
+                if (moved.failure) {
+                    ++outcome.summary.failures;
+                    continue;
+                }
+                outcome.summary.bytes += entry.size;
+                if (moved.trashed) outcome.trashed.push_back({entry.url, entry.size, std::move(*moved.trashed)});
             }
             return outcome;
         },
-        [this, ruleID](ActionSummary::Cleaned outcome) {
-            setSummary({outcome});
+        [this, ruleID](Outcome outcome) {
+            setSummary({outcome.summary});
+            offerUndo(std::move(outcome.trashed), {ruleID});
             rescanRules({ruleID});
             refreshTopSessions(ruleID);
         });

@@ -175,6 +175,30 @@ TEST(SessionDeletes, TheRowGoesAtOnceTheFileToTheTrashAndTheListIsReadAgain) {
     EXPECT_EQ(model.lastSummary()->text(), "已清理 " + Formatting::bytes(0) + ",清空废纸篓后释放,2 项失败");
 }
 
+TEST(SessionDeletes, ABatchCanBeUndoneAndTheFilesComeBackToTheirRule) {
+    Tools t;
+    ScopedEnv trash{{"XDG_DATA_HOME", (t.tree / "home/.local/share").string()}};
+    const fs::path kept = t.tree.file("home/.codex/sessions/2025/06/kept.jsonl", 3000, 'k');
+    const fs::path single = t.tree.file("home/.codex/sessions/2025/06/single.jsonl", 1000, 's');
+    AppModel model(t.services());
+    model.deleteSessionFile({single, 1000, {}}, "code.codex-sessions");
+    ASSERT_TRUE(t.waitForSummary(model, 1));
+    EXPECT_FALSE(model.canUndo()) << "only a batch is offered";
+
+    model.deleteSessionFiles({{kept, 3000, {}}, {t.tree / "home/gone.jsonl", 20, {}}}, "code.codex-sessions");
+    ASSERT_TRUE(t.waitForSummary(model, 2));
+    EXPECT_EQ(*model.lastSummary(), (ActionSummary{ActionSummary::Cleaned{3000, true, 1}}));
+    ASSERT_TRUE(model.canUndo());
+    EXPECT_FALSE(fs::exists(kept));
+
+    model.undoLastClean();
+    ASSERT_TRUE(waitUntil([&] { return !model.isUndoing() && t.log->scansSoFar().size() == 3; }));
+    EXPECT_EQ(*model.lastSummary(), (ActionSummary{ActionSummary::Restored{3000, 0}}));
+    EXPECT_EQ(readFile(kept), std::string(3000, 'k'));
+    EXPECT_FALSE(fs::exists(single));
+    EXPECT_EQ(t.log->scansSoFar().back(), (std::set<std::string>{"code.codex-sessions"}));
+}
+
 TEST(Worktrees, DiscoveryListsBecomeTheRuleResultAndRemovalUsesGit) {
     Tools t;
     const fs::path clean = t.tree / "wt/clean", risky = t.tree / "wt/risky";

@@ -7,6 +7,7 @@
 
 #include <gtest/gtest.h>
 
+#include <atomic>
 #include <filesystem>
 
 using namespace lumabroom;
@@ -155,4 +156,130 @@ TEST(Selection, TogglesOfRulesAndEntries) {
     model.toggleRule(makeResult(s.rules[0], {}));
     EXPECT_EQ(selection.count, 0);
     EXPECT_TRUE(model.selectedEntryIDs().empty());
+}
+
+namespace {
+// A tree whose Trash is its own.
+struct ScannedWithTrash : Scanned {
+    ScopedEnv home{{"HOME", tree.dir("home").string()}, {"XDG_DATA_HOME", (tree / "home/.local/share").string()}};
+    fs::path trash = tree / "home/.local/share/Trash";
+
+    long trashed() const { return fs::exists(trash) ? std::distance(fs::directory_iterator(trash / "files"), {}) : 0; }
+};
+} // namespace
+
+TEST(Undo, IsOfferedAfterACleanThatMovedSomethingToTheTrashUntilTheNextSummary) {
+    ScannedWithTrash s;
+    s.start(testServices(s.rules, s.log));
+    AppModel& model = *s.model;
+    SignalCount offered(model, &AppModel::canUndoChanged);
+    const auto cleanOf = [&](const std::string& path, CleanMethod method) {
+        model.setSelectedEntryIDs({path});
+        model.clean(method);
+        EXPECT_TRUE(waitUntil([&] { return !model.isBusy(); }));
+    };
+
+    cleanOf(s.a2, CleanMethod::delete_);
+    EXPECT_FALSE(model.canUndo()) << "after a delete";
+    fs::remove_all(s.b1);
+    cleanOf(s.b1, CleanMethod::trash);
+    EXPECT_EQ(*model.lastSummary(), (ActionSummary{ActionSummary::Cleaned{0, true, 1}}));
+    EXPECT_FALSE(model.canUndo()) << "after a clean to the Trash that moved nothing";
+    EXPECT_EQ(offered.count, 0);
+
+    cleanOf(s.a1, CleanMethod::trash);
+    EXPECT_TRUE(model.canUndo());
+    EXPECT_EQ(offered.count, 1);
+    model.scan();
+    ASSERT_TRUE(waitUntil([&] { return !model.isBusy(); }));
+    EXPECT_TRUE(model.canUndo()) << "a scan sets no summary";
+
+    model.deleteSessionFiles({{s.tree / "gone.jsonl", 10, {}}}, "code.codex-sessions");
+    ASSERT_TRUE(waitUntil([&] { return !model.canUndo(); }));
+    EXPECT_EQ(*model.lastSummary(), (ActionSummary{ActionSummary::Cleaned{0, true, 1}}));
+    EXPECT_EQ(offered.count, 2);
+    model.undoLastClean();
+    settle();
+    EXPECT_FALSE(fs::exists(s.a1));
+    EXPECT_EQ(s.trashed(), 1);
+}
+
+TEST(Undo, PutsBackWhatTheCleanMovedAndRescansTheRulesThatHeldIt) {
+    ScannedWithTrash s;
+    s.start(testServices(s.rules, s.log));
+    AppModel& model = *s.model;
+    model.setSelectedEntryIDs({s.a1, s.a2, "/nowhere"});
+    const std::int64_t a1Bytes = s.sizeOf("t.a", s.a1);
+    model.clean(CleanMethod::trash);
+    ASSERT_TRUE(waitUntil([&] { return !model.isBusy(); }));
+    ASSERT_TRUE(model.canUndo());
+    EXPECT_EQ(s.trashed(), 2);
+    writeText(s.a2 + "/f", "taken meanwhile");
+    ASSERT_TRUE(waitUntil([&] { return s.log->scansSoFar().size() == 1; }));
+    settle();
+    {
+        std::lock_guard guard(s.log->lock);
+        s.log->scans.clear();
+    }
+
+    SignalCount undoing(model, &AppModel::isUndoingChanged);
+    model.undoLastClean();
+    EXPECT_TRUE(model.isUndoing());
+    EXPECT_FALSE(model.canUndo());
+    ASSERT_TRUE(waitUntil([&] { return !model.isUndoing(); }));
+    EXPECT_EQ(undoing.count, 2);
+    EXPECT_EQ(*model.lastSummary(), (ActionSummary{ActionSummary::Restored{a1Bytes, 1}}));
+    EXPECT_EQ(model.lastSummary()->text(), "已恢复 " + Formatting::bytes(a1Bytes) + ",1 项未能恢复");
+    EXPECT_EQ(readFile(s.a1 + "/f"), std::string(5000, 'x'));
+    EXPECT_EQ(readFile(s.a2 + "/f"), "taken meanwhile");
+    EXPECT_EQ(s.trashed(), 1) << "what could not go back stays in the Trash";
+    ASSERT_TRUE(waitUntil([&] { return s.log->scansSoFar().size() == 1; }));
+    settle();
+    // a/one stands in the report-only rule too; t.b held nothing that was cleaned.
+    EXPECT_EQ(s.log->scansSoFar(), (std::vector<std::set<std::string>>{{"t.a", "t.r"}}));
+}
+
+TEST(Undo, IsRefusedWhileAScanOrCleanRunsAndRunsOneAtATime) {
+    ScannedWithTrash s;
+    Gate scanGate, restoreGate;
+    std::atomic<bool> holdScans{false};
+    std::atomic<int> restores{0};
+    ModelServices services = testServices(s.rules, s.log);
+    services.scan = [&, live = services.scan](const std::vector<CleanRule>& rules, const ModelServices::ResultSink& sink) {
+        if (holdScans) scanGate.wait();
+        live(rules, sink);
+    };
+    services.restore = [&, live = services.restore](const Trash::TrashedItem& item) {
+        ++restores;
+        restoreGate.wait();
+        return live(item);
+    };
+    s.start(services);
+    AppModel& model = *s.model;
+    model.setSelectedEntryIDs({s.b1});
+    model.clean(CleanMethod::trash);
+    ASSERT_TRUE(waitUntil([&] { return !model.isBusy() && s.log->scansSoFar().size() == 1; }));
+    settle();
+    ASSERT_TRUE(model.canUndo());
+
+    holdScans = true;
+    model.scan();
+    ASSERT_TRUE(model.isBusy());
+    SignalCount undoing(model, &AppModel::isUndoingChanged);
+    model.undoLastClean();
+    EXPECT_EQ(undoing.count, 0);
+    EXPECT_TRUE(model.canUndo());
+    scanGate.open();
+    ASSERT_TRUE(waitUntil([&] { return !model.isBusy(); }));
+
+    model.undoLastClean();
+    EXPECT_TRUE(model.isUndoing());
+    model.undoLastClean();
+    restoreGate.open();
+    ASSERT_TRUE(waitUntil([&] { return !model.isUndoing(); }));
+    settle();
+    EXPECT_EQ(undoing.count, 2);
+    EXPECT_EQ(restores, 1);
+    EXPECT_EQ(*model.lastSummary(), (ActionSummary{ActionSummary::Restored{s.sizeOf("t.b", s.b1), 0}}));
+    EXPECT_TRUE(fs::exists(s.b1 + "/f"));
 }

@@ -34,7 +34,10 @@ TEST(AppKeyCoverage, EverySummaryCaseAndCountReadsInEnglish) {
     std::vector<std::string> texts;
     for (const ActionSummary& summary : everyCase(std::make_index_sequence<std::variant_size_v<ActionSummary::Case>>{}))
         texts.push_back(summary.text());
-    for (std::int64_t failures : {1, 2}) texts.push_back(ActionSummary{ActionSummary::Cleaned{5, true, failures}}.text());
+    for (std::int64_t failures : {1, 2}) {
+        texts.push_back(ActionSummary{ActionSummary::Cleaned{5, true, failures}}.text());
+        texts.push_back(ActionSummary{ActionSummary::Restored{5, failures}}.text());
+    }
     const RuleScanResult none{};
     for (std::size_t rest : {1, 2}) texts.push_back(VisibleGroup{Category::code, std::vector(rest, &none), {}}.summary());
     texts.push_back(displayName(ScanEntry{"/h/.orbstack/data/data.img.raw", 1, {}}));
@@ -43,5 +46,7 @@ TEST(AppKeyCoverage, EverySummaryCaseAndCountReadsInEnglish) {
     EXPECT_EQ(texts.front(), "Cleaned " + Formatting::bytes(0));
     EXPECT_EQ((ActionSummary{ActionSummary::Cleaned{0, true, 2}}.text()),
               "Cleaned " + Formatting::bytes(0) + ", freed when the Trash is emptied, 2 items failed");
+    EXPECT_EQ((ActionSummary{ActionSummary::Restored{0, 1}}.text()),
+              "Restored " + Formatting::bytes(0) + ", 1 item could not be put back");
     EXPECT_EQ(AppText::counted("其余 %n 项", 1), "1 more");
 }
