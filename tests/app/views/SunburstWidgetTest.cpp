@@ -1,6 +1,5 @@
 #include "SunburstWidget.h"
 
-#include "support/WidgetApplication.h"
 #include "text/Localization.h"
 
 #include <QApplication>
@@ -14,8 +13,6 @@
 
 namespace lumabroom {
 namespace {
-
-const auto* const environment = ::testing::AddGlobalTestEnvironment(new test::WidgetApplication);
 
 RuleScanResult rule(const std::string& id, Category category, std::int64_t size, SafetyLevel safety) {
     RuleScanResult r;

@@ -1,0 +1,77 @@
+#include "GroupHeader.h"
+
+#include "AnimatedBytes.h"
+#include "Theme.h"
+#include "ViewParts.h"
+#include "model/AppModel.h"
+#include "model/AppText.h"
+#include "model/DisplayName.h"
+
+#include <QHBoxLayout>
+#include <QLabel>
+
+#include <algorithm>
+
+namespace lumabroom {
+
+using ViewParts::qs;
+using ViewParts::rgba;
+
+GroupHeader::GroupHeader(AppModel& model, const VisibleGroup& group, bool collapsed, bool light, QWidget* parent)
+    : QPushButton(parent),
+      collapsed_(collapsed) {
+    const QString name = qs(displayName(group.category));
+    const Theme& theme = Theme::of(!light);
+    const QString dim = QStringLiteral("color:%1;").arg(rgba(theme.tertiary));
+    QHBoxLayout* row = ViewParts::makeRow(*this, name);
+    setObjectName(QStringLiteral("group.") + qs(std::string(rawValue(group.category))));
+    setProperty("collapsed", collapsed);
+
+    dot_ = ViewParts::label({}, this);
+    dot_->setFixedSize(8, 8);
+    row->addWidget(dot_);
+    title_ = ViewParts::label(name, this);
+    QFont bold = title_->font();
+    bold.setBold(true);
+    title_->setFont(bold);
+    row->addWidget(title_);
+    count_ = ViewParts::label({}, this);
+    count_->setStyleSheet(dim);
+    row->addWidget(count_);
+    if (collapsed) {
+        summary_ = ViewParts::label({}, this);
+        summary_->setObjectName(QStringLiteral("groupSummary"));
+        summary_->setStyleSheet(dim);
+        summary_->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
+        row->addWidget(summary_, 1);
+    } else {
+        row->addStretch(1);
+    }
+    total_ = new AnimatedBytes(this);
+    // A button's palette need not carry the window's scheme; the number takes it from the theme.
+    total_->setPalette(theme.palette());
+    total_->setAttribute(Qt::WA_TransparentForMouseEvents);
+    total_->setFont(bold);
+    row->addWidget(total_);
+    const Category category = group.category;
+    connect(this, &QPushButton::clicked, &model, [m = &model, category] { m->toggleExpansion(category); });
+}
+
+void GroupHeader::setGroup(const VisibleGroup& group, const QColor& dot) {
+    dot_->setStyleSheet(QStringLiteral("background:%1;border-radius:4px;").arg(rgba(dot)));
+    count_->setText(qs(AppText::counted("%n 项", static_cast<std::int64_t>(group.results.size()))));
+    if (summary_) summary_->setText(summaryText(group));
+    total_->setBytes(group.total());
+}
+
+QString GroupHeader::summaryText(const VisibleGroup& group) const {
+    // What is left of the row beside the other pieces, so the line ends in an ellipsis before the total.
+    const QFontMetrics metrics(summary_->font());
+    const QFontMetrics boldMetrics(title_->font());
+    const int room = 540 - 24 - 8 - 5 * 8 - boldMetrics.horizontalAdvance(title_->text())
+                     - metrics.horizontalAdvance(count_->text())
+                     - boldMetrics.horizontalAdvance(ViewParts::bytes(group.total()));
+    return metrics.elidedText(qs(group.summary()), Qt::ElideRight, std::max(room, 0));
+}
+
+} // namespace lumabroom
