@@ -286,6 +286,16 @@
         <translation>Clean %1</translation>
     </message>
     <message>
+        <extracomment>bottom bar: button beside the summary that takes back the last clean to the Trash</extracomment>
+        <source>撤销</source>
+        <translation>Undo</translation>
+    </message>
+    <message>
+        <extracomment>bottom bar: tooltip of the undo button</extracomment>
+        <source>将上次清理移到废纸篓的项目放回原处</source>
+        <translation>Put what the last clean moved to the Trash back where it was</translation>
+    </message>
+    <message>
         <extracomment>bottom bar: clean button with nothing selected</extracomment>
         <source>清理</source>
         <translation>Clean</translation>

@@ -29,7 +29,7 @@ BottomBar::BottomBar(AppModel& model, bool light, QWidget* parent) : QFrame(pare
     row->setSpacing(14);
     addDiskSegment(*row);
     addSummary(*row);
-    row->addStretch(0);
+    row->addStretch(1);
     selectionLabel_ = new QLabel(this);
     selectionLabel_->setObjectName(QStringLiteral("selectionStatus"));
     row->addWidget(selectionLabel_);
@@ -37,6 +37,11 @@ BottomBar::BottomBar(AppModel& model, bool light, QWidget* parent) : QFrame(pare
 }
 
 QDialog* BottomBar::cleanDialog() const { return cleanDialog_; }
+
+void BottomBar::followInTabs(QWidget* previous) {
+    setTabOrder(previous, undoButton_);
+    setTabOrder(undoButton_, cleanButton_);
+}
 
 void BottomBar::addDiskSegment(QHBoxLayout& row) {
     diskSegment_ = new DiskStatusSegment(this);
@@ -51,8 +56,18 @@ void BottomBar::addSummary(QHBoxLayout& row) {
     row.addWidget(summaryMark_);
     summaryLabel_ = new QLabel(this);
     summaryLabel_->setObjectName(QStringLiteral("lastSummary"));
-    summaryLabel_->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
-    row.addWidget(summaryLabel_, 1);
+    // As wide as its text, so that Undo stands beside it; clipped when the bar is short of room.
+    summaryLabel_->setMinimumWidth(1);
+    row.addWidget(summaryLabel_);
+    undoButton_ = new QPushButton(ViewParts::buttonText(ViewParts::text("撤销")), this);
+    undoButton_->setObjectName(QStringLiteral("undo"));
+    undoButton_->setAccessibleName(ViewParts::text("撤销"));
+    undoButton_->setToolTip(ViewParts::text("将上次清理移到废纸篓的项目放回原处"));
+    undoButton_->setAutoDefault(false);
+    undoButton_->setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
+    undoButton_->setMinimumHeight(28);
+    connect(undoButton_, &QPushButton::clicked, this, [this] { model_.undoLastClean(); });
+    row.addWidget(undoButton_);
 }
 
 void BottomBar::addCleanButton(QHBoxLayout& row) {
@@ -83,6 +98,8 @@ void BottomBar::refreshSummary() {
     const auto& summary = model_.lastSummary();
     summaryLabel_->setVisible(summary.has_value());
     summaryMark_->setVisible(summary.has_value());
+    undoButton_->setVisible(model_.canUndo());
+    undoButton_->setEnabled(!model_.isBusy() && !model_.isUndoing());
     if (!summary) return;
     summaryLabel_->setText(qs(summary->text()));
     summaryLabel_->setStyleSheet(

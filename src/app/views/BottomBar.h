@@ -13,8 +13,9 @@ class AppModel;
 class CleanDialog;
 class DiskStatusSegment;
 
-// The floating bar below the panels: the disk, the last clean's summary, the selection and the
-// Clean button with its dialog. Its pieces stand in one row, each filled by its own refresh.
+// The floating bar below the panels: the disk, the last action's summary with Undo while the model
+// can take back a clean, the selection and the Clean button with its dialog. Its pieces stand in
+// one row, each filled by its own refresh.
 class BottomBar : public QFrame {
 public:
     BottomBar(AppModel& model, bool light, QWidget* parent);
@@ -24,6 +25,9 @@ public:
     void askToClean();
 
     QPushButton* cleanButton() const { return cleanButton_; }
+    QPushButton* undoButton() const { return undoButton_; }
+    // Puts the bar's controls next in the tab chain after `previous`.
+    void followInTabs(QWidget* previous);
     // The clean dialog while it is up.
     QDialog* cleanDialog() const;
 
@@ -40,6 +44,7 @@ private:
     DiskStatusSegment* diskSegment_ = nullptr;
     QLabel* summaryMark_ = nullptr;
     QLabel* summaryLabel_ = nullptr;
+    QPushButton* undoButton_ = nullptr;
     QLabel* selectionLabel_ = nullptr;
     QPushButton* cleanButton_ = nullptr;
     QPointer<CleanDialog> cleanDialog_;

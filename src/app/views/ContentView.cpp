@@ -58,7 +58,8 @@ ContentView::ContentView(AppModel& model, Updater* updater, bool light, QWidget*
     for (const auto signal :
          {&AppModel::resultsChanged, &AppModel::selectedEntryIDsChanged, &AppModel::isBusyChanged,
           &AppModel::routeChanged, &AppModel::showEmptyRulesChanged, &AppModel::scannedRuleCountChanged,
-          &AppModel::diskSpaceChanged, &AppModel::collapsedCategoriesChanged, &AppModel::lastSummaryChanged})
+          &AppModel::diskSpaceChanged, &AppModel::collapsedCategoriesChanged, &AppModel::lastSummaryChanged,
+          &AppModel::canUndoChanged, &AppModel::isUndoingChanged})
         connect(&model_, signal, this, &ContentView::scheduleRefresh);
     refresh();
 
@@ -186,7 +187,7 @@ void ContentView::orderTabs(QWidget* page) {
         setTabOrder(previous, w);
         previous = w;
     }
-    setTabOrder(previous, cleanButton());
+    bottomBar_->followInTabs(previous);
 }
 
 bool ContentView::showDetail(const std::string& ruleID) {
@@ -199,7 +200,7 @@ bool ContentView::showDetail(const std::string& ruleID) {
         detail_->setPalette(window()->palette());
         rightPanel_->addWidget(detail_);
         setTabOrder(chart_, detail_);
-        setTabOrder(detail_, cleanButton());
+        bottomBar_->followInTabs(detail_);
     } else if (detail_->ruleID() != ruleID) {
         detail_->showRule(ruleID);
     }

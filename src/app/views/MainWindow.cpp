@@ -143,6 +143,8 @@ void MainWindow::applyLook() {
             "QPushButton#clean { border-radius: 19px; padding: 0 18px; border: none; background: %3; color: %2; }"
             "QPushButton#clean[filled=\"true\"] { background: %1; color: %8; font-weight: bold; }"
             "QPushButton#clean:focus { border: 2px solid %4; }"
+            "QPushButton#undo { border-radius: 14px; padding: 0 14px; background: %3; border: 1px solid %4; }"
+            "QPushButton#undo:focus { border: 2px solid %5; }"
             "QCheckBox::indicator { width: 14px; height: 14px; border: 1px solid %2; border-radius: 4px; }"
             "QCheckBox::indicator:checked { background: %5; border-color: %5; }"
             "QCheckBox::indicator:disabled { border-style: dashed; }")

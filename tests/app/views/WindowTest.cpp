@@ -7,6 +7,7 @@
 
 #include "host/Settings.h"
 #include "model/AppModel.h"
+#include "support/TempTree.h"
 #include "text/Formatting.h"
 #include "text/Localization.h"
 #include "update/Updater.h"
@@ -24,6 +25,7 @@
 #include <gtest/gtest.h>
 
 #include <atomic>
+#include <filesystem>
 #include <memory>
 #include <mutex>
 
@@ -52,6 +54,7 @@ private:
 };
 const auto* const environment = ::testing::AddGlobalTestEnvironment(new Application);
 
+namespace fs = std::filesystem;
 using test::makeResult;
 using test::makeRule;
 
@@ -436,6 +439,53 @@ TEST_F(WindowTest, CheckForUpdatesWaitsUntilTheUpdaterCanCheck) {
     EXPECT_TRUE(check->isEnabled());
     window.reset();
     Settings::remove("automaticallyChecksForUpdates");
+}
+
+// Real files, the real Trash of a home of the test's own, and the real clean and restore.
+TEST_F(WindowTest, TwoEntriesCleanedToTheTrashFromTheBarComeBackWithUndo) {
+    test::TempTree tree;
+    test::ScopedEnv home{{"HOME", tree.dir("home").string()},
+                         {"XDG_DATA_HOME", (tree / "home/.local/share").string()}};
+    const std::string one = tree.file("cache/one/first.bin", 7000, '1').parent_path().string();
+    const std::string two = tree.file("cache/two/second.bin", 3000, '2').parent_path().string();
+    tree.symlink("cache/two/link", "second.bin");
+    const CleanRule cache = makeRule("cache", Category::packageManager, SafetyLevel::safe, {(tree / "cache/*").string()});
+    model = std::make_unique<AppModel>(test::testServices({cache}, std::make_shared<test::ServiceLog>()));
+    window = std::make_unique<MainWindow>(*model, nullptr);
+    window->show();
+    scanned();
+    auto* undo = find<QPushButton>(QStringLiteral("undo"));
+    ASSERT_NE(undo, nullptr);
+    EXPECT_FALSE(undo->isVisible());
+
+    model->setSelectedEntryIDs({one, two});
+    test::settle();
+    const std::int64_t selected = model->selectedBytes();
+    window->content()->cleanButton()->click();
+    ASSERT_NE(window->content()->cleanDialog(), nullptr);
+    window->content()->cleanDialog()->findChild<QPushButton*>(QStringLiteral("trash"))->click();
+    ASSERT_TRUE(test::waitUntil([this] { return model->canUndo(); }));
+    test::settle();
+    const fs::path trash = tree / "home/.local/share/Trash";
+    EXPECT_FALSE(fs::exists(one));
+    EXPECT_EQ(std::distance(fs::directory_iterator(trash / "files"), {}), 2);
+    ASSERT_TRUE(undo->isVisible());
+    EXPECT_TRUE(undo->isEnabled());
+    EXPECT_EQ(undo->accessibleName(), QStringLiteral("撤销"));
+    EXPECT_TRUE(undo->focusPolicy() & Qt::TabFocus);
+
+    undo->setFocus();
+    QTest::keyClick(undo, Qt::Key_Space);
+    ASSERT_TRUE(test::waitUntil([this] { return !model->isUndoing() && !model->canUndo(); }));
+    test::settle();
+    EXPECT_FALSE(undo->isVisible());
+    EXPECT_EQ(test::readFile(one + "/first.bin"), std::string(7000, '1'));
+    EXPECT_EQ(test::readFile(two + "/second.bin"), std::string(3000, '2'));
+    EXPECT_EQ(fs::read_symlink(two + "/link"), "second.bin");
+    EXPECT_TRUE(fs::is_empty(trash / "files"));
+    EXPECT_TRUE(fs::is_empty(trash / "info"));
+    EXPECT_EQ(find<QLabel>(QStringLiteral("lastSummary"))->text(),
+              QString::fromStdString("已恢复 " + Formatting::bytes(selected)));
 }
 
 TEST(SingleInstance, ASecondLaunchKnocksAndTheFirstIsAskedToComeForward) {
