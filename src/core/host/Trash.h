@@ -9,16 +9,16 @@ namespace lumabroom::Trash {
 
 // Where a trashed item went: what it takes to put it back.
 struct TrashedItem {
-    std::string original; // the path the item had
-    std::string location; // the item in the Trash
-    std::string record;   // its ".trashinfo", removed on restore; none on macOS, where the system keeps it
+    std::string original;  // the path the item had
+    std::string location;  // the item in the Trash
+    std::string record;    // its ".trashinfo", removed on restore; none on macOS, where the system keeps it
     FileIdentity identity; // of the item in the Trash, so that another item of that name is never taken for it
     bool operator==(const TrashedItem&) const = default;
 };
 
 // What a move to the Trash did.
 struct Outcome {
-    std::optional<std::string> failure;  // the reason, preceded by the path; nothing when moved
+    std::optional<std::string> failure; // the reason, preceded by the path; nothing when moved
     std::optional<TrashedItem> trashed; // where it went, when moved and the platform tells
 };
 

@@ -155,7 +155,10 @@ Outcome claimAndMove(const std::string& item, const std::string& original, const
         if (written && ::rename(item.c_str(), target.c_str()) == 0) {
             // The name may have been swapped between the check and the move: put back what came.
             const auto moved = identityOf(target);
-            if (moved && (!expected || moved == *expected)) return {std::nullopt, TrashedItem{original, target, info, *moved}};
+            if (!expected || moved == *expected) {
+                if (!moved) return {}; // gone from the Trash at once: moved all the same
+                return {std::nullopt, TrashedItem{original, target, info, *moved}};
+            }
             ::rename(target.c_str(), item.c_str());
             ::unlink(info.c_str());
             return failed(item + ": " + Removal::kReplacedReason);

@@ -245,7 +245,8 @@ TEST(Undo, IsRefusedWhileAScanOrCleanRunsAndRunsOneAtATime) {
     std::atomic<bool> holdScans{false};
     std::atomic<int> restores{0};
     ModelServices services = testServices(s.rules, s.log);
-    services.scan = [&, live = services.scan](const std::vector<CleanRule>& rules, const ModelServices::ResultSink& sink) {
+    services.scan = [&, live = services.scan](const std::vector<CleanRule>& rules,
+                                              const ModelServices::ResultSink& sink) {
         if (holdScans) scanGate.wait();
         live(rules, sink);
     };

@@ -444,12 +444,12 @@ TEST_F(WindowTest, CheckForUpdatesWaitsUntilTheUpdaterCanCheck) {
 // Real files, the real Trash of a home of the test's own, and the real clean and restore.
 TEST_F(WindowTest, TwoEntriesCleanedToTheTrashFromTheBarComeBackWithUndo) {
     test::TempTree tree;
-    test::ScopedEnv home{{"HOME", tree.dir("home").string()},
-                         {"XDG_DATA_HOME", (tree / "home/.local/share").string()}};
+    test::ScopedEnv home{{"HOME", tree.dir("home").string()}, {"XDG_DATA_HOME", (tree / "home/.local/share").string()}};
     const std::string one = tree.file("cache/one/first.bin", 7000, '1').parent_path().string();
     const std::string two = tree.file("cache/two/second.bin", 3000, '2').parent_path().string();
     tree.symlink("cache/two/link", "second.bin");
-    const CleanRule cache = makeRule("cache", Category::packageManager, SafetyLevel::safe, {(tree / "cache/*").string()});
+    const CleanRule cache =
+        makeRule("cache", Category::packageManager, SafetyLevel::safe, {(tree / "cache/*").string()});
     model = std::make_unique<AppModel>(test::testServices({cache}, std::make_shared<test::ServiceLog>()));
     window = std::make_unique<MainWindow>(*model, nullptr);
     window->show();

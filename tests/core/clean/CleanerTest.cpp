@@ -11,8 +11,8 @@
 
 #include <atomic>
 #include <map>
-#include <utility>
 #include <thread>
+#include <utility>
 
 using namespace lumabroom;
 using namespace lumabroom::test;

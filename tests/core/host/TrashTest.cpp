@@ -216,7 +216,8 @@ TEST(Trash, RestorePutsEveryKindOfItemBackAsItWasAndClearsItsRecord) {
         std::function<fs::path()> make;
     };
     const std::vector<Case> cases{
-        {"file of an odd mode", [&] {
+        {"file of an odd mode",
+         [&] {
              const fs::path file = h.t.file("cache/plain.bin", 70000, 'p');
              setModeAndTime(file, 0751, 1'500'000'000);
              return file;
