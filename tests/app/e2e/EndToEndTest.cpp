@@ -24,6 +24,7 @@
 #include <QLabel>
 #include <QMessageBox>
 #include <QPushButton>
+#include <QScrollArea>
 #include <QTest>
 #include <QToolButton>
 
@@ -227,6 +228,9 @@ TEST_F(EndToEnd, TwoTickedEntriesGoToTheDesktopsTrashFromTheBottomBarAndNothingE
     EXPECT_EQ(model->selectedEntryCount(), 0);
     EXPECT_EQ(shown<QLabel>(QStringLiteral("lastSummary"))->text().toStdString(), model->lastSummary()->text());
     EXPECT_FALSE(window->content()->cleanButton()->isEnabled());
+    // The rebuilt panel still wears the window's scheme, not the application's.
+    const QWidget* column = shown(QStringLiteral("detail"))->findChild<QScrollArea*>()->widget();
+    EXPECT_EQ(column->palette().color(QPalette::Window), window->palette().color(QPalette::Window));
 }
 
 TEST_F(EndToEnd, ADirtyWorktreeGoesOnlyAfterTheDialogHasSaidWhatIsLost) {

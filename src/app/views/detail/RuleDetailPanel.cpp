@@ -139,6 +139,9 @@ void RuleDetailPanel::rebuild() {
     // the event loop.
     if (QWidget* old = scroll_->takeWidget()) old->deleteLater();
     scroll_->setWidget(content);
+    // Built apart from the window, the column may have been polished with the application's
+    // palette, which its cards would then show in place of the window's scheme.
+    content->setPalette(palette());
     const bool toEntries = std::exchange(scrollToEntries_, false);
     QTimer::singleShot(0, this, [this, scrolled, toEntries, card = QPointer<QWidget>(entriesCard_)] {
         if (toEntries && card) scroll_->verticalScrollBar()->setValue(card->y());
