@@ -21,7 +21,9 @@ QWidget* RuleDetailPanel::dockerActionsCard(const RuleScanResult& result) {
     columnOf(card)->addWidget(label(text("深度清理"), card, QStringLiteral("font-weight:600;")));
     std::vector<QWidget*> rows;
     for (DockerPruneTarget target : allDockerPruneTargets) {
-        auto* row = hbox(nullptr, {vbox(nullptr, {label(q(title(target)), nullptr), label(q(detail(target)), nullptr, kTertiary)})});
+        QLabel* what = label(q(detail(target)), nullptr, kTertiary);
+        what->setWordWrap(true);
+        auto* row = hbox(nullptr, {vbox(nullptr, {label(q(title(target)), nullptr), what})});
         row->setObjectName(QStringLiteral("prune-") + q(std::string(rawValue(target))));
         static_cast<QHBoxLayout*>(row->layout())->setStretch(0, 1);
         if (const std::optional<std::string> hint = DetailValues::reclaimHint(result, target))
@@ -82,7 +84,8 @@ QWidget* RuleDetailPanel::inventorySection(std::string_view title, const std::ve
         QToolButton* trash = DetailRows::iconButton(Icon::trash, formatted("删除 %1", {item.name}), nullptr);
         trash->setEnabled(!model_.pruningTarget());
         connect(trash, &QToolButton::clicked, this, [this, item] { askDockerItemDelete(item); });
-        auto* row = hbox(nullptr, {vbox(nullptr, {label(q(item.name), nullptr), label(q(item.detail), nullptr, kTertiary)}),
+        auto* row = hbox(nullptr, {vbox(nullptr, {DetailRows::elided(q(item.name), Qt::ElideMiddle, nullptr),
+                                                  DetailRows::elided(q(item.detail), Qt::ElideRight, nullptr, kTertiary)}),
                                    size, trash});
         static_cast<QHBoxLayout*>(row->layout())->setStretch(0, 1);
         rows.push_back(row);

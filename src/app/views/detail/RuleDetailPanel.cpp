@@ -175,7 +175,8 @@ QWidget* RuleDetailPanel::header(const RuleScanResult& result) {
     layout->setContentsMargins(0, 0, 0, 0);
     layout->addWidget(DetailLook::ruleIconTile(rule, row), 0, Qt::AlignTop);
 
-    QLabel* name = label(q(rule.name()), nullptr, QStringLiteral("font-size:17px;font-weight:600;"));
+    QLabel* name = DetailRows::elided(q(rule.name()), Qt::ElideRight, nullptr, QStringLiteral("font-size:17px;font-weight:600;"));
+    name->setToolTip(q(rule.name()));
     QLabel* note = label(q(rule.note()), nullptr, kSecondary);
     note->setWordWrap(true);
     QLabel* paths = nullptr;
@@ -199,6 +200,8 @@ QWidget* RuleDetailPanel::header(const RuleScanResult& result) {
     layout->addWidget(vbox(row, {size, count}), 0, Qt::AlignTop);
     return row;
 }
+
+bool RuleDetailPanel::light() const { return palette().color(QPalette::Window).lightness() > 128; }
 
 QWidget* RuleDetailPanel::emptyState(std::string_view title, std::string_view description) {
     QLabel* icon = label(QStringLiteral("✦"), nullptr, QStringLiteral("font-size:28px;color:palette(mid);"));
