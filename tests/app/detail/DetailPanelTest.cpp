@@ -444,6 +444,9 @@ TEST(RuleDetailPanel, EveryTextOfThePanelAndItsDialogsReadsInEnglish) {
 
     Localization::setLanguageForThisRun(AppLanguage::english);
     RuleDetailPanel panel(model, "x.cache");
+    // As wide as the window's panel: longer English texts must wrap or cut, not push the column out.
+    panel.resize(540, 760);
+    panel.show();
     auto check = [&](const std::string& what, QWidget* root) {
         SCOPED_TRACE(what);
         const std::vector<std::string> texts = shownTexts(root);
@@ -465,6 +468,7 @@ TEST(RuleDetailPanel, EveryTextOfThePanelAndItsDialogsReadsInEnglish) {
         }));
         flush();
         check(rule.id, &panel);
+        EXPECT_LE(column(panel)->width(), panel.findChild<QScrollArea*>()->viewport()->width()) << rule.id;
     }
     panel.showRule("x.cache");
     flush();

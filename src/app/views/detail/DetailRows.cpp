@@ -65,6 +65,30 @@ void BarRow::contextMenuEvent(QContextMenuEvent* event) {
     menu.exec(event->globalPos());
 }
 
+namespace {
+
+class ElidedLabel : public QLabel {
+public:
+    ElidedLabel(const QString& text, Qt::TextElideMode mode, QWidget* parent) : QLabel(text, parent), mode_(mode) {
+        setTextFormat(Qt::PlainText);
+    }
+    QSize minimumSizeHint() const override { return {0, QLabel::minimumSizeHint().height()}; }
+
+protected:
+    void paintEvent(QPaintEvent* event) override {
+        QFrame::paintEvent(event); // the style sheet's background and border
+        QPainter painter(this);
+        const QRect room = contentsRect();
+        style()->drawItemText(&painter, room, static_cast<int>(alignment()), palette(), isEnabled(),
+                              fontMetrics().elidedText(text(), mode_, room.width()), foregroundRole());
+    }
+
+private:
+    Qt::TextElideMode mode_;
+};
+
+} // namespace
+
 namespace DetailRows {
 
 QIcon icon(Icon which) {
@@ -99,6 +123,12 @@ QWidget* spinner(const QString& accessibleName, QWidget* parent) {
 QLabel* label(const QString& text, QWidget* parent, const QString& style) {
     auto* l = new QLabel(text, parent);
     l->setTextFormat(Qt::PlainText);
+    if (!style.isEmpty()) l->setStyleSheet(style);
+    return l;
+}
+
+QLabel* elided(const QString& text, Qt::TextElideMode mode, QWidget* parent, const QString& style) {
+    QLabel* l = new ElidedLabel(text, mode, parent);
     if (!style.isEmpty()) l->setStyleSheet(style);
     return l;
 }

@@ -58,6 +58,9 @@ QToolButton* iconButton(Icon which, const QString& tooltip, QWidget* parent);
 // A small busy indicator, named for assistive tools.
 QWidget* spinner(const QString& accessibleName, QWidget* parent);
 QLabel* label(const QString& text, QWidget* parent, const QString& style = {});
+// A one-line label that may be narrower than its text: it shows what fits, with "…" where it cut.
+// text() keeps the whole text.
+QLabel* elided(const QString& text, Qt::TextElideMode mode, QWidget* parent, const QString& style = {});
 // A rounded frame with a column inside.
 QWidget* card(QWidget* parent, const QColor& tint = {});
 QWidget* divider(QWidget* parent, int indent = 0);

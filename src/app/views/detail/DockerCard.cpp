@@ -19,9 +19,12 @@ using namespace CardParts;
 QWidget* RuleDetailPanel::dockerActionsCard(const RuleScanResult& result) {
     QWidget* card = DetailRows::card(nullptr);
     columnOf(card)->addWidget(label(text("深度清理"), card, QStringLiteral("font-weight:600;")));
+    columnOf(card)->addSpacing(4);
     std::vector<QWidget*> rows;
     for (DockerPruneTarget target : allDockerPruneTargets) {
-        auto* row = hbox(nullptr, {vbox(nullptr, {label(q(title(target)), nullptr), label(q(detail(target)), nullptr, kTertiary)})});
+        QLabel* what = label(q(detail(target)), nullptr, kTertiary);
+        what->setWordWrap(true);
+        auto* row = hbox(nullptr, {vbox(nullptr, {label(q(title(target)), nullptr), what})});
         row->setObjectName(QStringLiteral("prune-") + q(std::string(rawValue(target))));
         static_cast<QHBoxLayout*>(row->layout())->setStretch(0, 1);
         if (const std::optional<std::string> hint = DetailValues::reclaimHint(result, target))
@@ -63,13 +66,17 @@ QWidget* RuleDetailPanel::inventorySection(std::string_view title, const std::ve
     const bool open = state_.*expanded;
     std::int64_t total = 0;
     for (const DockerItem& item : items) total += item.size;
-    QPushButton* header = button(QString(open ? QStringLiteral("▾ ") : QStringLiteral("▸ ")) + text(title) +
-                                     QStringLiteral("    ") +
-                                     counted("%n 个 · %1", static_cast<std::int64_t>(items.size()), {bytes(total)}),
-                                 card);
+    QPushButton* header = button(QString(open ? QStringLiteral("▾ ") : QStringLiteral("▸ ")) + text(title), card);
     header->setAccessibleName(text(title));
     header->setFlat(true);
     header->setStyleSheet(QStringLiteral("text-align:left;"));
+    // The count stands at the end of the header, away from the title.
+    auto* inside = new QHBoxLayout(header);
+    inside->setContentsMargins(0, 0, 8, 0);
+    inside->addStretch();
+    QLabel* count = label(counted("%n 个 · %1", static_cast<std::int64_t>(items.size()), {bytes(total)}), header, kSecondary);
+    count->setAttribute(Qt::WA_TransparentForMouseEvents);
+    inside->addWidget(count);
     connect(header, &QPushButton::clicked, this, [this, expanded] {
         state_.*expanded = !(state_.*expanded);
         scheduleRebuild();
@@ -82,7 +89,8 @@ QWidget* RuleDetailPanel::inventorySection(std::string_view title, const std::ve
         QToolButton* trash = DetailRows::iconButton(Icon::trash, formatted("删除 %1", {item.name}), nullptr);
         trash->setEnabled(!model_.pruningTarget());
         connect(trash, &QToolButton::clicked, this, [this, item] { askDockerItemDelete(item); });
-        auto* row = hbox(nullptr, {vbox(nullptr, {label(q(item.name), nullptr), label(q(item.detail), nullptr, kTertiary)}),
+        auto* row = hbox(nullptr, {vbox(nullptr, {DetailRows::elided(q(item.name), Qt::ElideMiddle, nullptr),
+                                                  DetailRows::elided(q(item.detail), Qt::ElideRight, nullptr, kTertiary)}),
                                    size, trash});
         static_cast<QHBoxLayout*>(row->layout())->setStretch(0, 1);
         rows.push_back(row);

@@ -108,9 +108,8 @@ QWidget* RuleDetailPanel::entryRow(const RuleScanResult& result, const ScanEntry
     };
     if (!reportOnly) row->setOnClick(toggle);
     row->content()->addWidget(tick(reportOnly, model_.isSelected(id), name, toggle, row));
-    QLabel* title = label(name, row);
+    QLabel* title = DetailRows::elided(name, Qt::ElideRight, row);
     title->setToolTip(q(entry.url.string()));
-    title->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
     row->content()->addWidget(title, 1);
     row->content()->addWidget(revealButton(row, entry.url));
     row->content()->addWidget(label(q(bytes(entry.size)), row, kSecondary));

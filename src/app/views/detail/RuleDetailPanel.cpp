@@ -139,6 +139,9 @@ void RuleDetailPanel::rebuild() {
     // the event loop.
     if (QWidget* old = scroll_->takeWidget()) old->deleteLater();
     scroll_->setWidget(content);
+    // Built apart from the window, the column may have been polished with the application's
+    // palette, which its cards would then show in place of the window's scheme.
+    content->setPalette(palette());
     const bool toEntries = std::exchange(scrollToEntries_, false);
     QTimer::singleShot(0, this, [this, scrolled, toEntries, card = QPointer<QWidget>(entriesCard_)] {
         if (toEntries && card) scroll_->verticalScrollBar()->setValue(card->y());
@@ -172,7 +175,8 @@ QWidget* RuleDetailPanel::header(const RuleScanResult& result) {
     layout->setContentsMargins(0, 0, 0, 0);
     layout->addWidget(DetailLook::ruleIconTile(rule, row), 0, Qt::AlignTop);
 
-    QLabel* name = label(q(rule.name()), nullptr, QStringLiteral("font-size:17px;font-weight:600;"));
+    QLabel* name = DetailRows::elided(q(rule.name()), Qt::ElideRight, nullptr, QStringLiteral("font-size:17px;font-weight:600;"));
+    name->setToolTip(q(rule.name()));
     QLabel* note = label(q(rule.note()), nullptr, kSecondary);
     note->setWordWrap(true);
     QLabel* paths = nullptr;
@@ -196,6 +200,8 @@ QWidget* RuleDetailPanel::header(const RuleScanResult& result) {
     layout->addWidget(vbox(row, {size, count}), 0, Qt::AlignTop);
     return row;
 }
+
+bool RuleDetailPanel::light() const { return palette().color(QPalette::Window).lightness() > 128; }
 
 QWidget* RuleDetailPanel::emptyState(std::string_view title, std::string_view description) {
     QLabel* icon = label(QStringLiteral("✦"), nullptr, QStringLiteral("font-size:28px;color:palette(mid);"));

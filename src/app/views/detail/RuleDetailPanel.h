@@ -59,6 +59,8 @@ private:
     QWidget* reportOnlyBox(const RuleScanResult& result);
     QWidget* maintenanceCard(const MaintenanceCommand& command);
     QWidget* emptyState(std::string_view title, std::string_view description);
+    // Whether the scheme the panel is shown in is the light one.
+    bool light() const;
     QWidget* selectionBar(const RuleScanResult& result);
     QWidget* entriesCard(const RuleScanResult& result);
     QWidget* entryRow(const RuleScanResult& result, const ScanEntry& entry, std::int64_t maxSize);

@@ -76,10 +76,9 @@ QWidget* RuleDetailPanel::topSessionsCard() {
         };
         row->setOnClick(toggle);
         row->content()->addWidget(tick(false, state_.selectedSessionIDs.contains(id), name, toggle, row));
-        QLabel* file = label(q(entry.url.filename().string()), nullptr, kTertiary);
+        QLabel* file = DetailRows::elided(q(entry.url.filename().string()), Qt::ElideMiddle, nullptr, kTertiary);
         file->setToolTip(q(entry.url.string()));
-        file->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
-        row->content()->addWidget(vbox(row, {label(name, nullptr), file}), 1);
+        row->content()->addWidget(vbox(row, {DetailRows::elided(name, Qt::ElideRight, nullptr), file}), 1);
         row->content()->addWidget(revealButton(row, entry.url));
         row->content()->addWidget(label(q(bytes(entry.size)), row, kSecondary));
         QToolButton* trash = DetailRows::iconButton(Icon::trash, formatted("删除 %1", {name.toStdString()}), row);

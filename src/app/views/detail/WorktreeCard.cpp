@@ -19,12 +19,15 @@ using namespace CardParts;
 
 namespace {
 
-QLabel* capsule(const QString& text, const QColor& colour, double opacity, QWidget* parent) {
+// On a light background the bright named colours are too pale to read as text.
+QLabel* capsule(const QString& text, const QColor& colour, double opacity, bool light, QWidget* parent) {
     QColor background = colour;
     background.setAlphaF(static_cast<float>(opacity));
-    return label(text, parent,
-                 QStringLiteral("color:%1;background:%2;border-radius:7px;padding:0 6px;")
-                     .arg(colour.name(), background.name(QColor::HexArgb)));
+    QLabel* chip = label(text, parent,
+                         QStringLiteral("color:%1;background:%2;border-radius:7px;padding:0 6px;")
+                             .arg((light ? colour.darker(160) : colour).name(), background.name(QColor::HexArgb)));
+    chip->setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Preferred);
+    return chip;
 }
 
 QWidget* folderIcon(QWidget* parent) {
@@ -34,18 +37,20 @@ QWidget* folderIcon(QWidget* parent) {
 }
 
 // The repository's name, its branch and what would be lost with it.
-QWidget* titleLine(const WorktreeInfo& info) {
-    auto* first = hbox(nullptr, {label(q(info.repoName), nullptr, QStringLiteral("font-weight:500;"))});
-    QLabel* chip = info.branch ? capsule(QString(), QColor(Qt::gray), 0, first)
-                               : capsule(QStringLiteral("⎇ ") + text("无分支"), DetailLook::orange(), 0, first);
-    if (info.branch) // one line, cut in the middle
-        chip->setText(chip->fontMetrics().elidedText(QStringLiteral("⎇ ") + q(*info.branch), Qt::ElideMiddle, 180));
+QWidget* titleLine(const WorktreeInfo& info, bool light) {
+    QLabel* name = label(q(info.repoName), nullptr, QStringLiteral("font-weight:500;"));
+    name->setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Preferred);
+    auto* first = hbox(nullptr, {name});
+    // The branch gives way first, cut in the middle; the badges say what is at stake and stay whole.
+    QLabel* chip = info.branch ? DetailRows::elided(QStringLiteral("⎇ ") + q(*info.branch), Qt::ElideMiddle, first,
+                                                    QStringLiteral("color:palette(placeholder-text);padding:0 6px;"))
+                               : capsule(QStringLiteral("⎇ ") + text("无分支"), DetailLook::orange(), 0, light, first);
     chip->setToolTip(info.branch ? formatted("分支 %1 不会被删除,它上面的提交都还在", {*info.branch})
                                  : text("游离检出:HEAD 直接指着某个提交,没有分支拴着它"));
     chip->setObjectName(QStringLiteral("branch-chip"));
     first->layout()->addWidget(chip);
     auto addBadge = [&](const QString& text, const QString& tip, const QColor& colour) {
-        QLabel* badge = capsule(text, colour, 0.18, first);
+        QLabel* badge = capsule(text, colour, 0.18, light, first);
         badge->setToolTip(tip);
         badge->setObjectName(QStringLiteral("badge"));
         first->layout()->addWidget(badge);
@@ -76,17 +81,18 @@ QWidget* RuleDetailPanel::worktreeSection(const RuleScanResult& result) {
     if (worktrees->empty()) return emptyState("没有派生 worktree", "会话库里的主仓都没有登记 worktree");
 
     auto* section = vbox(nullptr, {});
+    section->layout()->setSpacing(6);
     std::vector<WorktreeInfo> safe, risky;
     for (const WorktreeInfo& w : *worktrees) (w.isRisky() ? risky : safe).push_back(w);
     auto* chips = hbox(section, {}, false);
     if (!safe.empty())
         chips->layout()->addWidget(capsule(counted("可安全删除 %n 个 · %1", static_cast<std::int64_t>(safe.size()),
                                                    {bytes(DetailValues::worktreeTotal(safe))}),
-                                           DetailLook::green(), 0.16, chips));
+                                           DetailLook::green(), 0.16, light(), chips));
     if (!risky.empty())
         chips->layout()->addWidget(capsule(counted("有丢失风险 %n 个 · %1", static_cast<std::int64_t>(risky.size()),
                                                    {bytes(DetailValues::worktreeTotal(risky))}),
-                                           DetailLook::orange(), 0.16, chips));
+                                           DetailLook::orange(), 0.16, light(), chips));
     static_cast<QHBoxLayout*>(chips->layout())->addStretch();
     section->layout()->addWidget(chips);
 
@@ -95,9 +101,8 @@ QWidget* RuleDetailPanel::worktreeSection(const RuleScanResult& result) {
         QWidget* card = DetailRows::card(section);
         QLabel* repoName = label(q(std::filesystem::path(group.repoPath).filename().string()), nullptr,
                                  QStringLiteral("font-weight:600;"));
-        QLabel* repoPath = label(q(DetailValues::withTilde(group.repoPath)), nullptr, kTertiary);
+        QLabel* repoPath = DetailRows::elided(q(DetailValues::withTilde(group.repoPath)), Qt::ElideMiddle, nullptr, kTertiary);
         repoPath->setToolTip(q(group.repoPath));
-        repoPath->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
         QLabel* total = label(counted("%n 个 · %1", static_cast<std::int64_t>(group.items.size()),
                                       {bytes(DetailValues::worktreeTotal(group.items))}),
                               nullptr, kSecondary);
@@ -125,19 +130,19 @@ QWidget* RuleDetailPanel::worktreeRow(const RuleScanResult& result, const Worktr
     row->setAccessibleName(q(info.repoName));
     row->content()->addWidget(label(QStringLiteral("↳"), row, kTertiary));
 
-    QWidget* first = titleLine(info);
+    QWidget* first = titleLine(info, light());
 
     auto* second = hbox(nullptr, {});
-    QLabel* path = label(q(DetailValues::withTilde(info.path.string())), second, kTertiary);
+    QLabel* path = DetailRows::elided(q(DetailValues::withTilde(info.path.string())), Qt::ElideMiddle, second, kTertiary);
     path->setToolTip(q(info.path.string()));
-    path->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
-    static_cast<QHBoxLayout*>(second->layout())->addWidget(path, 1);
+    second->layout()->addWidget(path);
     if (info.lastModified) {
         QLabel* age = label(QStringLiteral("· ") + q(Formatting::age(*info.lastModified, std::chrono::system_clock::now())),
                             second, kTertiary);
         age->setToolTip(text("最后一次有文件改动的时间"));
         second->layout()->addWidget(age);
     }
+    static_cast<QHBoxLayout*>(second->layout())->addStretch();
     QWidget* lines = vbox(row, {first, second});
     lines->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
     row->content()->addWidget(lines, 1);
