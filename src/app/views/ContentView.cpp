@@ -12,6 +12,7 @@
 
 #include <QHBoxLayout>
 #include <QKeySequence>
+#include <QPointer>
 #include <QPushButton>
 #include <QScrollArea>
 #include <QScrollBar>
@@ -92,6 +93,7 @@ void ContentView::makeRightPanel() {
     rightPanel_->setObjectName(QStringLiteral("rightPanel"));
     rightPanel_->setFixedWidth(540);
     panel_ = new QScrollArea(rightPanel_);
+    panel_->setObjectName(QStringLiteral("panel"));
     rightPanel_->addWidget(panel_);
     panel_->setWidgetResizable(true);
     panel_->setFrameShape(QFrame::NoFrame);
@@ -137,7 +139,12 @@ void ContentView::refreshPanel() {
         detail_->deleteLater(); // its state starts over at the next rule
         detail_ = nullptr;
     }
+    // The focus stays on its control, or on one of the same name when that one was replaced.
+    QPointer<QWidget> focused = window()->focusWidget(); // the window's own, whether or not it is active
+    const QString focusName = focused && panel_->isAncestorOf(focused) ? focused->objectName() : QString();
+
     back_ = nullptr;
+    QWidget* first = nullptr;
     if (route.ruleID()) {
         auto* page = new QWidget;
         page->setObjectName(QStringLiteral("panelPage"));
@@ -146,47 +153,53 @@ void ContentView::refreshPanel() {
         list->addWidget(new EmptyState("questionmark.folder", ViewParts::text("该项已不存在"), {}, light_, page));
         list->addStretch(1);
         showPage(page);
-        return;
+        orderTabs({});
+    } else {
+        const Category* filter = route.categoryValue();
+        if (filter) back_ = [this] { model_.setRoute(Route::overview()); };
+        first = showOverview(filter ? std::optional(*filter) : std::nullopt);
     }
-    const Category* filter = route.categoryValue();
-    if (filter) back_ = [this] { model_.setRoute(Route::overview()); };
-    auto* list = new OverviewList(model_, light_);
-    list->showGroups(filter ? std::optional(*filter) : std::nullopt);
-    showPage(list);
+    if (focusName.isEmpty() || (focused && panel_->isAncestorOf(focused))) return;
+    // When a press changed the route, the first control of the new panel.
+    QWidget* again = panel_->widget()->findChild<QWidget*>(focusName);
+    if (!again) again = first;
+    if (again) again->setFocus();
+}
+
+QWidget* ContentView::showOverview(std::optional<Category> filter) {
+    auto* list = dynamic_cast<OverviewList*>(panel_->widget());
+    if (!list) {
+        list = new OverviewList(model_, light_);
+        showPage(list);
+    }
+    list->showGroups(filter);
+    return orderTabs(list->rows());
 }
 
 void ContentView::showPage(QWidget* page) {
-    // Keep the focus on the same control across the rebuild.
-    const QWidget* focused = window()->focusWidget(); // the window's own, whether or not it is active
-    const QString focusName = focused && panel_->isAncestorOf(focused) ? focused->objectName() : QString();
-    const int scroll = panel_->verticalScrollBar() ? panel_->verticalScrollBar()->value() : 0;
+    const int scroll = panel_->verticalScrollBar()->value();
     panel_->setWidget(page);
     page->setAutoFillBackground(false);
     page->setPalette(window()->palette());
     panel_->verticalScrollBar()->setValue(scroll);
-    orderTabs(page);
-
-    // The same control again, or, when a press changed the route, the first control of the new panel.
-    if (focusName.isEmpty()) return;
-    QWidget* again = page->findChild<QWidget*>(focusName);
-    if (!again) {
-        const auto controls = page->findChildren<QWidget*>();
-        const auto first = std::find_if(controls.begin(), controls.end(),
-                                        [](const QWidget* w) { return (w->focusPolicy() & Qt::TabFocus) != 0; });
-        if (first != controls.end()) again = *first;
-    }
-    if (again) again->setFocus();
 }
 
-void ContentView::orderTabs(QWidget* page) {
+QWidget* ContentView::orderTabs(const std::vector<QWidget*>& rows) {
     // Tab goes from the chart down the panel's rows to the bottom bar, as they stand on screen.
     QWidget* previous = chart_;
-    for (QWidget* w : page->findChildren<QWidget*>()) {
-        if (!(w->focusPolicy() & Qt::TabFocus)) continue;
+    QWidget* first = nullptr;
+    const auto next = [&](QWidget* w) {
+        if (!(w->focusPolicy() & Qt::TabFocus)) return;
+        if (!first) first = w;
         setTabOrder(previous, w);
         previous = w;
+    };
+    for (QWidget* row : rows) {
+        next(row);
+        for (QWidget* w : row->findChildren<QWidget*>()) next(w);
     }
     setTabOrder(previous, cleanButton());
+    return first;
 }
 
 bool ContentView::showDetail(const std::string& ruleID) {

@@ -2,12 +2,15 @@
 
 #include "Appearance.h"
 #include "chart/SunburstPalette.h"
+#include "scan/Category.h"
 #include "text/Localization.h"
 
 #include <QWidget>
 
 #include <functional>
+#include <optional>
 #include <string>
+#include <vector>
 
 class QDialog;
 class QPushButton;
@@ -54,7 +57,9 @@ private:
     void refresh();
     void refreshPanel();
     void showPage(QWidget* page);
-    void orderTabs(QWidget* page);
+    // Both return the first control of the panel, if any.
+    QWidget* showOverview(std::optional<Category> filter);
+    QWidget* orderTabs(const std::vector<QWidget*>& rows);
     bool showDetail(const std::string& ruleID);
     void apply(const TapDecision& decision);
     void goBack();

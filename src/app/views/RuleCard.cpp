@@ -10,7 +10,6 @@
 
 #include <QHBoxLayout>
 #include <QLabel>
-#include <QStyle>
 #include <QToolButton>
 
 namespace lumabroom {
@@ -39,6 +38,7 @@ RuleCard::RuleCard(AppModel& model, const RuleScanResult& result, bool light, QW
     }
     row->addStretch(1);
     size_ = ViewParts::label({}, this);
+    size_->setObjectName(QStringLiteral("size"));
     row->addWidget(size_);
     addCheckbox(model, rule.id);
     row->addWidget(ViewParts::symbolLabel("chevron.right", Theme::of(!light).tertiary, 12, this));
@@ -74,11 +74,9 @@ void RuleCard::setResult(const RuleScanResult& result, RuleSelection selection) 
     checkbox_->setToolTip(glyph.enabled ? ViewParts::text("勾选/取消整组") : QString());
 
     const bool selected = selection != RuleSelection::none;
-    if (property("selected").toBool() == selected && property("selected").isValid()) return;
+    if (property("selected").isValid() && property("selected").toBool() == selected) return;
     setProperty("selected", selected);
-    // The style sheet reads the property only when the widget is polished again.
-    style()->unpolish(this);
-    style()->polish(this);
+    ViewParts::repolish(*this);
 }
 
 } // namespace lumabroom

@@ -1,3 +1,4 @@
+#include "AnimatedBytes.h"
 #include "ContentView.h"
 #include "MainWindow.h"
 #include "ModelTestSupport.h"
@@ -16,6 +17,8 @@
 #include <QDialog>
 #include <QLabel>
 #include <QPushButton>
+#include <QScrollArea>
+#include <QScrollBar>
 #include <QSignalSpy>
 #include <QTemporaryDir>
 #include <QTest>
@@ -55,13 +58,14 @@ const auto* const environment = ::testing::AddGlobalTestEnvironment(new Applicat
 using test::makeResult;
 using test::makeRule;
 
-// A window over a model whose scans hand over fixed results; the scans after the first `freeScans`
-// wait until the test opens the gate.
+// A window over a model whose scans hand over `found`, which the test may change between scans; the
+// scans after the first `freeScans` wait until the test opens the gate.
 class WindowTest : public ::testing::Test {
 protected:
-    void start(std::vector<RuleScanResult> found, int freeScans = 100, bool withDisk = true) {
+    void start(std::vector<RuleScanResult> results, int freeScans = 100, bool withDisk = true) {
+        found = std::make_shared<std::vector<RuleScanResult>>(std::move(results));
         std::vector<CleanRule> rules;
-        for (const RuleScanResult& r : found) rules.push_back(r.rule);
+        for (const RuleScanResult& r : *found) rules.push_back(r.rule);
         ModelServices services = test::testServices(rules, std::make_shared<test::ServiceLog>());
         gate = std::make_shared<test::Gate>();
         started = std::make_shared<std::atomic<int>>(0);
@@ -71,10 +75,10 @@ protected:
             for (const ScanEntry& e : entries) cleaned->calls.push_back(std::string(rawValue(method)) + " " + e.id());
             return CleanResult{};
         };
-        services.scan = [gate = gate, started = started, freeScans, found](const std::vector<CleanRule>&,
-                                                                           const ModelServices::ResultSink& sink) {
+        services.scan = [gate = gate, started = started, freeScans, found = found](const std::vector<CleanRule>&,
+                                                                                   const ModelServices::ResultSink& sink) {
             if ((*started)++ >= freeScans) gate->wait();
-            for (const RuleScanResult& r : found) sink(r);
+            for (const RuleScanResult& r : *found) sink(r);
         };
         model = std::make_unique<AppModel>(std::move(services));
         window = std::make_unique<MainWindow>(*model, nullptr);
@@ -118,6 +122,7 @@ protected:
         std::mutex lock;
         std::vector<std::string> calls; // method and entry
     };
+    std::shared_ptr<std::vector<RuleScanResult>> found;
     std::shared_ptr<test::Gate> gate;
     std::shared_ptr<std::atomic<int>> started;
     std::shared_ptr<Cleaned> cleaned = std::make_shared<Cleaned>();
@@ -246,6 +251,57 @@ TEST_F(WindowTest, TheKeyboardOpensAGroupAndTicksARuleInTheOrderOfTheLayout) {
     const QWidget* detail = find(QStringLiteral("detail"));
     ASSERT_NE(detail, nullptr);
     EXPECT_TRUE(detail == QApplication::focusWidget() || detail->isAncestorOf(QApplication::focusWidget()));
+}
+
+TEST_F(WindowTest, ARescanChangesTheFiguresOfTheRowsInPlaceKeepingFocusAndScroll) {
+    // Enough rules in one open group for the panel to scroll.
+    std::vector<RuleScanResult> results;
+    for (int i = 0; i < 16; ++i) {
+        const std::string id = "r" + std::to_string(i);
+        results.push_back(makeResult(makeRule(id, Category::packageManager, SafetyLevel::safe), {{"/" + id, 1000 - i}}));
+    }
+    start(results);
+    scanned();
+    model->toggleExpansion(Category::packageManager);
+    test::settle();
+    auto* header = find<QPushButton>(QStringLiteral("group.pm"));
+    const auto* total = dynamic_cast<AnimatedBytes*>(header->findChild<QWidget*>(QStringLiteral("groupTotal")));
+    ASSERT_NE(total, nullptr);
+    auto* card = find<QPushButton>(QStringLiteral("rule.r15"));
+    auto* focused = find<QPushButton>(QStringLiteral("rule.r14"));
+    ASSERT_NE(card, nullptr);
+    EXPECT_EQ(total->bytes(), 16 * 1000 - 120);
+    focused->setFocus();
+    QScrollBar* scroll = find<QScrollArea>(QStringLiteral("panel"))->verticalScrollBar();
+    ASSERT_GT(scroll->maximum(), 0);
+    scroll->setValue(scroll->maximum());
+    const int scrolled = scroll->value();
+
+    // The smallest rule shrinks further: the order stays, so every row stays.
+    (*found)[15].entries[0].size = 900;
+    model->scan();
+    scanned();
+    EXPECT_EQ(find(QStringLiteral("group.pm")), header);
+    EXPECT_EQ(total->bytes(), 16 * 1000 - 120 - 85);
+    EXPECT_EQ(find(QStringLiteral("rule.r15")), card);
+    EXPECT_EQ(card->findChild<QLabel*>(QStringLiteral("size"))->text(), QStringLiteral("900 字节"));
+    EXPECT_EQ(QApplication::focusWidget(), focused);
+    EXPECT_EQ(scroll->value(), scrolled);
+
+    // Now it grows to the top: the rows change places but keep their widgets.
+    (*found)[15].entries[0].size = 5000;
+    model->scan();
+    scanned();
+    EXPECT_EQ(find(QStringLiteral("rule.r15")), card);
+    EXPECT_EQ(total->bytes(), 16 * 1000 - 120 + 4015);
+    EXPECT_LT(card->y(), find(QStringLiteral("rule.r0"))->y());
+
+    // Closing the group keeps its header and drops the cards.
+    header->click();
+    test::settle();
+    EXPECT_EQ(find(QStringLiteral("group.pm")), header);
+    EXPECT_EQ(find(QStringLiteral("rule.r15")), nullptr);
+    EXPECT_TRUE(find(QStringLiteral("groupSummary"))->isVisible());
 }
 
 TEST_F(WindowTest, CleanButtonAndReturnDoNothingDuringAScanOrWithZeroBytesSelected) {
