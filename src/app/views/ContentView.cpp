@@ -21,7 +21,14 @@
 #include <QToolButton>
 #include <QVBoxLayout>
 
+#include <algorithm>
+
 namespace lumabroom {
+namespace {
+constexpr int sideMargin = 28;
+constexpr int gapAboveBar = 12;
+constexpr int gapBelowBar = 16;
+} // namespace
 
 ContentView::ContentView(AppModel& model, Updater* updater, bool light, QWidget* parent)
     : QWidget(parent),
@@ -41,19 +48,20 @@ ContentView::ContentView(AppModel& model, Updater* updater, bool light, QWidget*
     connect(menu, &OptionsMenu::paletteChosen, this, &ContentView::paletteChosen);
 
     auto* row = new QHBoxLayout;
-    row->setContentsMargins(28, 0, 28, 0);
+    row->setContentsMargins(sideMargin, 0, sideMargin, 0);
     row->setSpacing(28);
+    auto* chartColumn = new QVBoxLayout;
     makeChart();
-    row->addWidget(chart_, 1);
+    chartColumn->addWidget(chart_, 1);
+    row->addLayout(chartColumn, 1);
     makeRightPanel();
     row->addWidget(rightPanel_);
     column->addLayout(row, 1);
 
-    auto* bottom = new QHBoxLayout;
-    bottom->setContentsMargins(28, 12, 28, 16);
+    // The bar floats over the bottom edge, outside the layout: the chart ends above it, while the
+    // panel's list scrolls under it and has room at its end to scroll clear of it.
     bottomBar_ = new BottomBar(model_, light_, this);
-    bottom->addWidget(bottomBar_);
-    column->addLayout(bottom);
+    chartColumn->addSpacing(bottomInset());
     addShortcuts();
 
     for (const auto signal :
@@ -65,6 +73,15 @@ ContentView::ContentView(AppModel& model, Updater* updater, bool light, QWidget*
 
     setTabOrder(topBar_->rescanButton(), topBar_->optionsButton());
     setTabOrder(topBar_->optionsButton(), chart_);
+}
+
+int ContentView::bottomInset() const { return gapAboveBar + bottomBar_->sizeHint().height() + gapBelowBar; }
+
+void ContentView::resizeEvent(QResizeEvent* event) {
+    QWidget::resizeEvent(event);
+    const int barWidth = std::min(bottomBar_->maximumWidth(), width() - 2 * sideMargin);
+    const int barHeight = bottomBar_->sizeHint().height();
+    bottomBar_->setGeometry((width() - barWidth) / 2, height() - gapBelowBar - barHeight, barWidth, barHeight);
 }
 
 QDialog* ContentView::cleanDialog() const { return bottomBar_->cleanDialog(); }
@@ -170,6 +187,7 @@ QWidget* ContentView::showOverview(std::optional<Category> filter) {
     auto* list = dynamic_cast<OverviewList*>(panel_->widget());
     if (!list) {
         list = new OverviewList(model_, light_);
+        list->layout()->setContentsMargins(0, 0, 0, bottomInset());
         showPage(list);
     }
     list->showGroups(filter);
@@ -210,6 +228,7 @@ bool ContentView::showDetail(const std::string& ruleID) {
         detail_ = new RuleDetailPanel(model_, ruleID, rightPanel_);
         detail_->setObjectName(QStringLiteral("detail"));
         detail_->setPalette(window()->palette());
+        detail_->setContentsMargins(0, 0, 0, bottomInset()); // it ends above the floating bar
         rightPanel_->addWidget(detail_);
         setTabOrder(chart_, detail_);
         setTabOrder(detail_, cleanButton());

@@ -44,12 +44,17 @@ public:
     QDialog* cleanDialog() const;
     QPushButton* cleanButton() const;
 
+protected:
+    void resizeEvent(QResizeEvent* event) override;
+
 Q_SIGNALS:
     void languageChosen(lumabroom::AppLanguage language);
     void appearanceChosen(lumabroom::AppearanceMode mode);
     void paletteChosen(lumabroom::ChartPalette palette);
 
 private:
+    // The room the floating bottom bar takes at the window's bottom, with its gaps.
+    int bottomInset() const;
     void makeChart();
     void makeRightPanel();
     void addShortcuts();

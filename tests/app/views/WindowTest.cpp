@@ -92,6 +92,19 @@ protected:
         window.reset();
         model.reset();
     }
+    // Sixteen rules r0 … r15 of 1000 bytes down to 985, in one open group: more than the panel holds.
+    void startWithAScrollingList() {
+        std::vector<RuleScanResult> results;
+        for (int i = 0; i < 16; ++i) {
+            const std::string id = "r" + std::to_string(i);
+            results.push_back(
+                makeResult(makeRule(id, Category::packageManager, SafetyLevel::safe), {{"/" + id, 1000 - i}}));
+        }
+        start(results);
+        scanned();
+        model->toggleExpansion(Category::packageManager);
+        test::settle();
+    }
     void scanned() {
         ASSERT_TRUE(test::waitUntil([this] { return !model->isBusy(); }));
         test::settle();
@@ -254,16 +267,7 @@ TEST_F(WindowTest, TheKeyboardOpensAGroupAndTicksARuleInTheOrderOfTheLayout) {
 }
 
 TEST_F(WindowTest, ARescanChangesTheFiguresOfTheRowsInPlaceKeepingFocusAndScroll) {
-    // Enough rules in one open group for the panel to scroll.
-    std::vector<RuleScanResult> results;
-    for (int i = 0; i < 16; ++i) {
-        const std::string id = "r" + std::to_string(i);
-        results.push_back(makeResult(makeRule(id, Category::packageManager, SafetyLevel::safe), {{"/" + id, 1000 - i}}));
-    }
-    start(results);
-    scanned();
-    model->toggleExpansion(Category::packageManager);
-    test::settle();
+    startWithAScrollingList();
     auto* header = find<QPushButton>(QStringLiteral("group.pm"));
     const auto* total = dynamic_cast<AnimatedBytes*>(header->findChild<QWidget*>(QStringLiteral("groupTotal")));
     ASSERT_NE(total, nullptr);
@@ -302,6 +306,25 @@ TEST_F(WindowTest, ARescanChangesTheFiguresOfTheRowsInPlaceKeepingFocusAndScroll
     EXPECT_EQ(find(QStringLiteral("group.pm")), header);
     EXPECT_EQ(find(QStringLiteral("rule.r15")), nullptr);
     EXPECT_TRUE(find(QStringLiteral("groupSummary"))->isVisible());
+}
+
+TEST_F(WindowTest, TheBottomBarFloatsOverThePanelsWhichEndClearOfIt) {
+    startWithAScrollingList();
+    const QWidget* bar = find(QStringLiteral("bottomBar"));
+    const QWidget* last = find(QStringLiteral("rule.r15"));
+    const auto top = [this](const QWidget* w) { return w->mapTo(window.get(), QPoint(0, 0)).y(); };
+    QScrollBar* scroll = find<QScrollArea>(QStringLiteral("panel"))->verticalScrollBar();
+    EXPECT_GT(top(last), top(bar)); // under the bar or below it before scrolling
+    scroll->setValue(scroll->maximum());
+    test::settle();
+    EXPECT_LE(top(last) + last->height(), top(bar)); // the whole row shows above the bar
+
+    // A rule's panel ends above the bar.
+    model->setRoute(Route::rule("r15"));
+    test::settle();
+    const auto* detail = find(QStringLiteral("detail"))->findChild<QScrollArea*>();
+    ASSERT_NE(detail, nullptr);
+    EXPECT_LE(top(detail) + detail->height(), top(bar));
 }
 
 TEST_F(WindowTest, CleanButtonAndReturnDoNothingDuringAScanOrWithZeroBytesSelected) {
