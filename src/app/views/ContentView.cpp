@@ -10,6 +10,7 @@
 #include "ViewParts.h"
 #include "model/AppModel.h"
 
+#include <QApplication>
 #include <QHBoxLayout>
 #include <QKeySequence>
 #include <QPointer>
@@ -58,10 +59,7 @@ ContentView::ContentView(AppModel& model, Updater* updater, bool light, QWidget*
     row->addWidget(rightPanel_);
     column->addLayout(row, 1);
 
-    // The bar floats over the bottom edge, outside the layout: the chart ends above it, while the
-    // panel's list scrolls under it and has room at its end to scroll clear of it.
-    bottomBar_ = new BottomBar(model_, light_, this);
-    chartColumn->addSpacing(bottomInset());
+    makeBottomBar(*chartColumn);
     addShortcuts();
 
     for (const auto signal :
@@ -75,6 +73,20 @@ ContentView::ContentView(AppModel& model, Updater* updater, bool light, QWidget*
     setTabOrder(topBar_->optionsButton(), chart_);
 }
 
+void ContentView::makeBottomBar(QVBoxLayout& chartColumn) {
+    // The bar floats over the bottom edge, outside the layout: the chart ends above it, while the
+    // panel's list scrolls under it and has room at its end to scroll clear of it.
+    bottomBar_ = new BottomBar(model_, light_, this);
+    chartColumn.addSpacing(bottomInset());
+    // The scroll area brings a control that takes the focus into its view, which runs under the bar.
+    // A press leaves the list where it is, or the release would miss the row it pressed.
+    connect(qApp, &QApplication::focusChanged, this, [this](QWidget*, QWidget* now) {
+        if (now && panel_->widget() && panel_->widget()->isAncestorOf(now)
+            && QGuiApplication::mouseButtons() == Qt::NoButton)
+            keepClearOfBottomBar(*now);
+    });
+}
+
 int ContentView::bottomInset() const { return gapAboveBar + bottomBar_->sizeHint().height() + gapBelowBar; }
 
 void ContentView::resizeEvent(QResizeEvent* event) {
@@ -82,6 +94,12 @@ void ContentView::resizeEvent(QResizeEvent* event) {
     const int barWidth = std::min(bottomBar_->maximumWidth(), width() - 2 * sideMargin);
     const int barHeight = bottomBar_->sizeHint().height();
     bottomBar_->setGeometry((width() - barWidth) / 2, height() - gapBelowBar - barHeight, barWidth, barHeight);
+}
+
+void ContentView::keepClearOfBottomBar(const QWidget& control) {
+    const int bottom = control.mapTo(panel_->viewport(), QPoint(0, control.height())).y();
+    const int overlap = bottom - (panel_->viewport()->height() - bottomInset());
+    if (overlap > 0) panel_->verticalScrollBar()->setValue(panel_->verticalScrollBar()->value() + overlap);
 }
 
 QDialog* ContentView::cleanDialog() const { return bottomBar_->cleanDialog(); }

@@ -16,6 +16,7 @@ class QDialog;
 class QPushButton;
 class QScrollArea;
 class QStackedWidget;
+class QVBoxLayout;
 
 namespace lumabroom {
 
@@ -55,8 +56,11 @@ Q_SIGNALS:
 private:
     // The room the floating bottom bar takes at the window's bottom, with its gaps.
     int bottomInset() const;
+    // Scrolls the panel so that `control` ends above the bottom bar.
+    void keepClearOfBottomBar(const QWidget& control);
     void makeChart();
     void makeRightPanel();
+    void makeBottomBar(QVBoxLayout& chartColumn);
     void addShortcuts();
     void scheduleRefresh();
     void refresh();

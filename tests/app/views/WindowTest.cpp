@@ -319,6 +319,15 @@ TEST_F(WindowTest, TheBottomBarFloatsOverThePanelsWhichEndClearOfIt) {
     test::settle();
     EXPECT_LE(top(last) + last->height(), top(bar)); // the whole row shows above the bar
 
+    // A control that takes the focus scrolls clear of the bar too.
+    QWidget* lower = find(QStringLiteral("rule.r13"));
+    scroll->setValue(0);
+    test::settle();
+    ASSERT_GT(top(lower) + lower->height(), top(bar));
+    lower->setFocus();
+    test::settle();
+    EXPECT_LE(top(lower) + lower->height(), top(bar));
+
     // A rule's panel ends above the bar.
     model->setRoute(Route::rule("r15"));
     test::settle();
