@@ -12,7 +12,6 @@
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QPushButton>
-#include <QStyle>
 
 #include <algorithm>
 
@@ -125,8 +124,7 @@ void BottomBar::refreshSelection() {
     cleanButton_->setAccessibleName(label);
     cleanButton_->setEnabled(!model_.isBusy() && selected > 0);
     cleanButton_->setProperty("filled", selected >= 1);
-    cleanButton_->style()->unpolish(cleanButton_);
-    cleanButton_->style()->polish(cleanButton_);
+    ViewParts::repolish(*cleanButton_);
 }
 
 void BottomBar::askToClean() {

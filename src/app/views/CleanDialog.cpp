@@ -45,9 +45,9 @@ CleanDialog::CleanDialog(AppModel& model, QWidget* parent) : QDialog(parent) {
     trash->setDefault(true);
     for (const auto& [button, method] :
          {std::pair{trash, CleanMethod::trash}, std::pair{remove, CleanMethod::delete_}}) {
-        connect(button, &QPushButton::clicked, this, [this, m = &model, method] {
+        connect(button, &QPushButton::clicked, this, [this, m = &model, how = method] {
             accept();
-            m->clean(method);
+            m->clean(how);
         });
     }
     connect(cancel, &QPushButton::clicked, this, &QDialog::reject);

@@ -10,8 +10,10 @@
 #include "ViewParts.h"
 #include "model/AppModel.h"
 
+#include <QApplication>
 #include <QHBoxLayout>
 #include <QKeySequence>
+#include <QPointer>
 #include <QPushButton>
 #include <QScrollArea>
 #include <QScrollBar>
@@ -20,7 +22,14 @@
 #include <QToolButton>
 #include <QVBoxLayout>
 
+#include <algorithm>
+
 namespace lumabroom {
+namespace {
+constexpr int sideMargin = 28;
+constexpr int gapAboveBar = 12;
+constexpr int gapBelowBar = 16;
+} // namespace
 
 ContentView::ContentView(AppModel& model, Updater* updater, bool light, QWidget* parent)
     : QWidget(parent),
@@ -40,19 +49,17 @@ ContentView::ContentView(AppModel& model, Updater* updater, bool light, QWidget*
     connect(menu, &OptionsMenu::paletteChosen, this, &ContentView::paletteChosen);
 
     auto* row = new QHBoxLayout;
-    row->setContentsMargins(28, 0, 28, 0);
+    row->setContentsMargins(sideMargin, 0, sideMargin, 0);
     row->setSpacing(28);
+    auto* chartColumn = new QVBoxLayout;
     makeChart();
-    row->addWidget(chart_, 1);
+    chartColumn->addWidget(chart_, 1);
+    row->addLayout(chartColumn, 1);
     makeRightPanel();
     row->addWidget(rightPanel_);
     column->addLayout(row, 1);
 
-    auto* bottom = new QHBoxLayout;
-    bottom->setContentsMargins(28, 12, 28, 16);
-    bottomBar_ = new BottomBar(model_, light_, this);
-    bottom->addWidget(bottomBar_);
-    column->addLayout(bottom);
+    makeBottomBar(*chartColumn);
     addShortcuts();
 
     for (const auto signal :
@@ -65,6 +72,35 @@ ContentView::ContentView(AppModel& model, Updater* updater, bool light, QWidget*
 
     setTabOrder(topBar_->rescanButton(), topBar_->optionsButton());
     setTabOrder(topBar_->optionsButton(), chart_);
+}
+
+void ContentView::makeBottomBar(QVBoxLayout& chartColumn) {
+    // The bar floats over the bottom edge, outside the layout: the chart ends above it, while the
+    // panel's list scrolls under it and has room at its end to scroll clear of it.
+    bottomBar_ = new BottomBar(model_, light_, this);
+    chartColumn.addSpacing(bottomInset());
+    // The scroll area brings a control that takes the focus into its view, which runs under the bar.
+    // A press leaves the list where it is, or the release would miss the row it pressed.
+    connect(qApp, &QApplication::focusChanged, this, [this](QWidget*, QWidget* now) {
+        if (now && panel_->widget() && panel_->widget()->isAncestorOf(now)
+            && QGuiApplication::mouseButtons() == Qt::NoButton)
+            keepClearOfBottomBar(*now);
+    });
+}
+
+int ContentView::bottomInset() const { return gapAboveBar + bottomBar_->sizeHint().height() + gapBelowBar; }
+
+void ContentView::resizeEvent(QResizeEvent* event) {
+    QWidget::resizeEvent(event);
+    const int barWidth = std::min(bottomBar_->maximumWidth(), width() - 2 * sideMargin);
+    const int barHeight = bottomBar_->sizeHint().height();
+    bottomBar_->setGeometry((width() - barWidth) / 2, height() - gapBelowBar - barHeight, barWidth, barHeight);
+}
+
+void ContentView::keepClearOfBottomBar(const QWidget& control) {
+    const int bottom = control.mapTo(panel_->viewport(), QPoint(0, control.height())).y();
+    const int overlap = bottom - (panel_->viewport()->height() - bottomInset());
+    if (overlap > 0) panel_->verticalScrollBar()->setValue(panel_->verticalScrollBar()->value() + overlap);
 }
 
 QDialog* ContentView::cleanDialog() const { return bottomBar_->cleanDialog(); }
@@ -93,6 +129,7 @@ void ContentView::makeRightPanel() {
     rightPanel_->setObjectName(QStringLiteral("rightPanel"));
     rightPanel_->setFixedWidth(540);
     panel_ = new QScrollArea(rightPanel_);
+    panel_->setObjectName(QStringLiteral("panel"));
     rightPanel_->addWidget(panel_);
     panel_->setWidgetResizable(true);
     panel_->setFrameShape(QFrame::NoFrame);
@@ -138,7 +175,12 @@ void ContentView::refreshPanel() {
         detail_->deleteLater(); // its state starts over at the next rule
         detail_ = nullptr;
     }
+    // The focus stays on its control, or on one of the same name when that one was replaced.
+    QPointer<QWidget> focused = window()->focusWidget(); // the window's own, whether or not it is active
+    const QString focusName = focused && panel_->isAncestorOf(focused) ? focused->objectName() : QString();
+
     back_ = nullptr;
+    QWidget* first = nullptr;
     if (route.ruleID()) {
         auto* page = new QWidget;
         page->setObjectName(QStringLiteral("panelPage"));
@@ -147,47 +189,54 @@ void ContentView::refreshPanel() {
         list->addWidget(new EmptyState("questionmark.folder", ViewParts::text("该项已不存在"), {}, light_, page));
         list->addStretch(1);
         showPage(page);
-        return;
+        orderTabs({});
+    } else {
+        const Category* filter = route.categoryValue();
+        if (filter) back_ = [this] { model_.setRoute(Route::overview()); };
+        first = showOverview(filter ? std::optional(*filter) : std::nullopt);
     }
-    const Category* filter = route.categoryValue();
-    if (filter) back_ = [this] { model_.setRoute(Route::overview()); };
-    auto* list = new OverviewList(model_, light_);
-    list->showGroups(filter ? std::optional(*filter) : std::nullopt);
-    showPage(list);
+    if (focusName.isEmpty() || (focused && panel_->isAncestorOf(focused))) return;
+    // When a press changed the route, the first control of the new panel.
+    QWidget* again = panel_->widget()->findChild<QWidget*>(focusName);
+    if (!again) again = first;
+    if (again) again->setFocus();
+}
+
+QWidget* ContentView::showOverview(std::optional<Category> filter) {
+    auto* list = dynamic_cast<OverviewList*>(panel_->widget());
+    if (!list) {
+        list = new OverviewList(model_, light_);
+        list->layout()->setContentsMargins(0, 0, 0, bottomInset());
+        showPage(list);
+    }
+    list->showGroups(filter);
+    return orderTabs(list->rows());
 }
 
 void ContentView::showPage(QWidget* page) {
-    // Keep the focus on the same control across the rebuild.
-    const QWidget* focused = window()->focusWidget(); // the window's own, whether or not it is active
-    const QString focusName = focused && panel_->isAncestorOf(focused) ? focused->objectName() : QString();
-    const int scroll = panel_->verticalScrollBar() ? panel_->verticalScrollBar()->value() : 0;
+    const int scroll = panel_->verticalScrollBar()->value();
     panel_->setWidget(page);
     page->setAutoFillBackground(false);
     page->setPalette(window()->palette());
     panel_->verticalScrollBar()->setValue(scroll);
-    orderTabs(page);
-
-    // The same control again, or, when a press changed the route, the first control of the new panel.
-    if (focusName.isEmpty()) return;
-    QWidget* again = page->findChild<QWidget*>(focusName);
-    if (!again) {
-        const auto controls = page->findChildren<QWidget*>();
-        const auto first = std::find_if(controls.begin(), controls.end(),
-                                        [](const QWidget* w) { return (w->focusPolicy() & Qt::TabFocus) != 0; });
-        if (first != controls.end()) again = *first;
-    }
-    if (again) again->setFocus();
 }
 
-void ContentView::orderTabs(QWidget* page) {
+QWidget* ContentView::orderTabs(const std::vector<QWidget*>& rows) {
     // Tab goes from the chart down the panel's rows to the bottom bar, as they stand on screen.
     QWidget* previous = chart_;
-    for (QWidget* w : page->findChildren<QWidget*>()) {
-        if (!(w->focusPolicy() & Qt::TabFocus)) continue;
+    QWidget* first = nullptr;
+    const auto next = [&](QWidget* w) {
+        if (!(w->focusPolicy() & Qt::TabFocus)) return;
+        if (!first) first = w;
         setTabOrder(previous, w);
         previous = w;
+    };
+    for (QWidget* row : rows) {
+        next(row);
+        for (QWidget* w : row->findChildren<QWidget*>()) next(w);
     }
     bottomBar_->followInTabs(previous);
+    return first;
 }
 
 bool ContentView::showDetail(const std::string& ruleID) {
@@ -198,6 +247,7 @@ bool ContentView::showDetail(const std::string& ruleID) {
         detail_ = new RuleDetailPanel(model_, ruleID, rightPanel_);
         detail_->setObjectName(QStringLiteral("detail"));
         detail_->setPalette(window()->palette());
+        detail_->setContentsMargins(0, 0, 0, bottomInset()); // it ends above the floating bar
         rightPanel_->addWidget(detail_);
         setTabOrder(chart_, detail_);
         bottomBar_->followInTabs(detail_);

@@ -2,17 +2,21 @@
 
 #include "Appearance.h"
 #include "chart/SunburstPalette.h"
+#include "scan/Category.h"
 #include "text/Localization.h"
 
 #include <QWidget>
 
 #include <functional>
+#include <optional>
 #include <string>
+#include <vector>
 
 class QDialog;
 class QPushButton;
 class QScrollArea;
 class QStackedWidget;
+class QVBoxLayout;
 
 namespace lumabroom {
 
@@ -41,20 +45,30 @@ public:
     QDialog* cleanDialog() const;
     QPushButton* cleanButton() const;
 
+protected:
+    void resizeEvent(QResizeEvent* event) override;
+
 Q_SIGNALS:
     void languageChosen(lumabroom::AppLanguage language);
     void appearanceChosen(lumabroom::AppearanceMode mode);
     void paletteChosen(lumabroom::ChartPalette palette);
 
 private:
+    // The room the floating bottom bar takes at the window's bottom, with its gaps.
+    int bottomInset() const;
+    // Scrolls the panel so that `control` ends above the bottom bar.
+    void keepClearOfBottomBar(const QWidget& control);
     void makeChart();
     void makeRightPanel();
+    void makeBottomBar(QVBoxLayout& chartColumn);
     void addShortcuts();
     void scheduleRefresh();
     void refresh();
     void refreshPanel();
     void showPage(QWidget* page);
-    void orderTabs(QWidget* page);
+    // Both return the first control of the panel, if any.
+    QWidget* showOverview(std::optional<Category> filter);
+    QWidget* orderTabs(const std::vector<QWidget*>& rows);
     bool showDetail(const std::string& ruleID);
     void apply(const TapDecision& decision);
     void goBack();

@@ -17,15 +17,12 @@ namespace lumabroom {
 using ViewParts::qs;
 using ViewParts::rgba;
 
-GroupHeader::GroupHeader(AppModel& model, const VisibleGroup& group, bool collapsed, bool light, QWidget* parent)
-    : QPushButton(parent),
-      collapsed_(collapsed) {
-    const QString name = qs(displayName(group.category));
+GroupHeader::GroupHeader(AppModel& model, Category category, bool light, QWidget* parent) : QPushButton(parent) {
+    const QString name = qs(displayName(category));
     const Theme& theme = Theme::of(!light);
     const QString dim = QStringLiteral("color:%1;").arg(rgba(theme.tertiary));
     QHBoxLayout* row = ViewParts::makeRow(*this, name);
-    setObjectName(QStringLiteral("group.") + qs(std::string(rawValue(group.category))));
-    setProperty("collapsed", collapsed);
+    setObjectName(QStringLiteral("group.") + qs(std::string(rawValue(category))));
 
     dot_ = ViewParts::label({}, this);
     dot_->setFixedSize(8, 8);
@@ -38,30 +35,31 @@ GroupHeader::GroupHeader(AppModel& model, const VisibleGroup& group, bool collap
     count_ = ViewParts::label({}, this);
     count_->setStyleSheet(dim);
     row->addWidget(count_);
-    if (collapsed) {
-        summary_ = ViewParts::label({}, this);
-        summary_->setObjectName(QStringLiteral("groupSummary"));
-        summary_->setStyleSheet(dim);
-        summary_->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
-        row->addWidget(summary_, 1);
-    } else {
-        row->addStretch(1);
-    }
+    summary_ = ViewParts::label({}, this);
+    summary_->setObjectName(QStringLiteral("groupSummary"));
+    summary_->setStyleSheet(dim);
+    summary_->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
+    row->addWidget(summary_, 1);
+    row->addStretch(0); // takes the summary's room while it is hidden
     total_ = new AnimatedBytes(this);
+    total_->setObjectName(QStringLiteral("groupTotal"));
     // A button's palette need not carry the window's scheme; the number takes it from the theme.
     total_->setPalette(theme.palette());
     total_->setAttribute(Qt::WA_TransparentForMouseEvents);
     total_->setFont(bold);
     row->addWidget(total_);
-    const Category category = group.category;
     connect(this, &QPushButton::clicked, &model, [m = &model, category] { m->toggleExpansion(category); });
 }
 
-void GroupHeader::setGroup(const VisibleGroup& group, const QColor& dot) {
+void GroupHeader::setGroup(const VisibleGroup& group, bool collapsed, const QColor& dot) {
     dot_->setStyleSheet(QStringLiteral("background:%1;border-radius:4px;").arg(rgba(dot)));
     count_->setText(qs(AppText::counted("%n 项", static_cast<std::int64_t>(group.results.size()))));
-    if (summary_) summary_->setText(summaryText(group));
+    summary_->setVisible(collapsed);
+    if (collapsed) summary_->setText(summaryText(group));
     total_->setBytes(group.total());
+    if (property("collapsed").isValid() && property("collapsed").toBool() == collapsed) return;
+    setProperty("collapsed", collapsed);
+    ViewParts::repolish(*this);
 }
 
 QString GroupHeader::summaryText(const VisibleGroup& group) const {

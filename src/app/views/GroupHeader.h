@@ -15,20 +15,19 @@ class AppModel;
 // A press opens or closes the group.
 class GroupHeader : public QPushButton {
 public:
-    GroupHeader(AppModel& model, const VisibleGroup& group, bool collapsed, bool light, QWidget* parent = nullptr);
+    GroupHeader(AppModel& model, Category category, bool light, QWidget* parent = nullptr);
 
-    // The figures of `group`, the same category; its total rolls to the new value.
-    void setGroup(const VisibleGroup& group, const QColor& dot);
-    bool isCollapsed() const { return collapsed_; }
+    // The figures of `group`, of this header's category; the total rolls to a new value. The
+    // summary shows only while collapsed.
+    void setGroup(const VisibleGroup& group, bool collapsed, const QColor& dot);
 
 private:
     QString summaryText(const VisibleGroup& group) const;
 
-    bool collapsed_;
     QLabel* dot_;
     QLabel* title_;
     QLabel* count_;
-    QLabel* summary_ = nullptr;
+    QLabel* summary_;
     AnimatedBytes* total_;
 };
 

@@ -3,6 +3,7 @@
 #include "ContentView.h"
 #include "NebulaBackground.h"
 #include "Theme.h"
+#include "ViewParts.h"
 #include "host/Platform.h"
 #include "model/AppModel.h"
 #include "model/AppText.h"
@@ -114,9 +115,6 @@ void MainWindow::applyLook() {
     const QColor text = theme.primary;
     const QColor card = theme.card;
     const QColor accent = theme.accentA;
-    const auto rgba = [](QColor c) {
-        return QStringLiteral("rgba(%1,%2,%3,%4)").arg(c.red()).arg(c.green()).arg(c.blue()).arg(c.alphaF(), 0, 'f', 3);
-    };
     QColor secondary = text;
     secondary.setAlphaF(0.65f);
     QColor outline = text;
@@ -150,8 +148,8 @@ void MainWindow::applyLook() {
             "QCheckBox::indicator:disabled { border-style: dashed; }")
             .arg(QStringLiteral("qlineargradient(x1:0, y1:0, x2:1, y2:0, stop:0 %1, stop:1 %2)")
                      .arg(theme.accentA.name(), theme.accentB.name()),
-                 rgba(secondary), rgba(card), rgba(outline), accent.name(), rgba(bar), rgba(selectedOutline),
-                 theme.onAccent.name());
+                 ViewParts::rgba(secondary), ViewParts::rgba(card), ViewParts::rgba(outline), accent.name(),
+                 ViewParts::rgba(bar), ViewParts::rgba(selectedOutline), theme.onAccent.name());
 }
 
 void MainWindow::paintEvent(QPaintEvent*) {

@@ -69,7 +69,8 @@ void OptionsMenu::addPalettes() {
          {std::pair{ChartPalette::hues, "彩色"}, std::pair{ChartPalette::colorBlindSafe, "色盲友好"}}) {
         auto* action = addChoice(sub, group, AppText::text(key), value == current);
         connect(
-            action, &QAction::triggered, this, [this, value] { Q_EMIT paletteChosen(value); }, Qt::QueuedConnection);
+            action, &QAction::triggered, this, [this, palette = value] { Q_EMIT paletteChosen(palette); },
+            Qt::QueuedConnection);
     }
 }
 

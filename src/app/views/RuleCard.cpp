@@ -10,7 +10,6 @@
 
 #include <QHBoxLayout>
 #include <QLabel>
-#include <QStyle>
 #include <QToolButton>
 
 namespace lumabroom {
@@ -39,14 +38,15 @@ RuleCard::RuleCard(AppModel& model, const RuleScanResult& result, bool light, QW
     }
     row->addStretch(1);
     size_ = ViewParts::label({}, this);
+    size_->setObjectName(QStringLiteral("size"));
     row->addWidget(size_);
-    addCheckbox(model, rule.id);
+    addCheckbox(*row, model, rule.id);
     row->addWidget(ViewParts::symbolLabel("chevron.right", Theme::of(!light).tertiary, 12, this));
     const std::string ruleID = rule.id;
     connect(this, &QPushButton::clicked, &model, [m = &model, ruleID] { m->setRoute(Route::rule(ruleID)); });
 }
 
-void RuleCard::addCheckbox(AppModel& model, const std::string& ruleID) {
+void RuleCard::addCheckbox(QHBoxLayout& row, AppModel& model, const std::string& ruleID) {
     checkbox_ = new QToolButton(this);
     checkbox_->setObjectName(QStringLiteral("check.") + qs(ruleID));
     checkbox_->setAutoRaise(true);
@@ -56,7 +56,7 @@ void RuleCard::addCheckbox(AppModel& model, const std::string& ruleID) {
     connect(checkbox_, &QToolButton::clicked, &model, [m = &model, ruleID] {
         if (const RuleScanResult* r = m->result(ruleID)) m->toggleRule(*r);
     });
-    layout()->addWidget(checkbox_);
+    row.addWidget(checkbox_);
 }
 
 void RuleCard::setResult(const RuleScanResult& result, RuleSelection selection) {
@@ -74,11 +74,9 @@ void RuleCard::setResult(const RuleScanResult& result, RuleSelection selection) 
     checkbox_->setToolTip(glyph.enabled ? ViewParts::text("勾选/取消整组") : QString());
 
     const bool selected = selection != RuleSelection::none;
-    if (property("selected").toBool() == selected && property("selected").isValid()) return;
+    if (property("selected").isValid() && property("selected").toBool() == selected) return;
     setProperty("selected", selected);
-    // The style sheet reads the property only when the widget is polished again.
-    style()->unpolish(this);
-    style()->polish(this);
+    ViewParts::repolish(*this);
 }
 
 } // namespace lumabroom

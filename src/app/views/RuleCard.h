@@ -5,6 +5,7 @@
 
 #include <QPushButton>
 
+class QHBoxLayout;
 class QLabel;
 class QToolButton;
 
@@ -22,7 +23,7 @@ public:
     void setResult(const RuleScanResult& result, RuleSelection selection);
 
 private:
-    void addCheckbox(AppModel& model, const std::string& ruleID);
+    void addCheckbox(QHBoxLayout& row, AppModel& model, const std::string& ruleID);
 
     bool light_;
     QLabel* name_;

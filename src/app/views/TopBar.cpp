@@ -32,10 +32,10 @@ TopBar::TopBar(AppModel& model, Updater* updater, bool light, QWidget* parent) :
     brand->setObjectName(QStringLiteral("brand"));
     brand->setAccessibleName(QStringLiteral("Lumabroom"));
     row->addWidget(brand);
-    addTitles();
+    addTitles(*row);
     row->addStretch(1);
-    addRescanButton(light);
-    addOptionsButton(updater, light);
+    addRescanButton(*row, light);
+    addOptionsButton(*row, updater, light);
 }
 
 void TopBar::refresh() {
@@ -43,7 +43,7 @@ void TopBar::refresh() {
     menu_->refresh();
 }
 
-void TopBar::addTitles() {
+void TopBar::addTitles(QHBoxLayout& row) {
     auto* titles = new QVBoxLayout;
     titles->setSpacing(0);
     auto* title = new QLabel(text("Lumabroom"), this);
@@ -57,10 +57,10 @@ void TopBar::addTitles() {
     titles->addWidget(title);
     titles->addWidget(caption);
     titles->addStretch(1);
-    static_cast<QHBoxLayout*>(layout())->addLayout(titles);
+    row.addLayout(titles);
 }
 
-void TopBar::addRescanButton(bool light) {
+void TopBar::addRescanButton(QHBoxLayout& row, bool light) {
     const QKeySequence key(Qt::CTRL | Qt::Key_R);
     rescan_ = ViewParts::roundButton(
         "arrow.clockwise", Theme::of(!light).primary,
@@ -73,10 +73,10 @@ void TopBar::addRescanButton(bool light) {
         if (rescan_->isEnabled()) rescan_->click();
     });
     connect(rescan_, &QPushButton::clicked, &model_, [this] { model_.scan(); });
-    layout()->addWidget(rescan_);
+    row.addWidget(rescan_);
 }
 
-void TopBar::addOptionsButton(Updater* updater, bool light) {
+void TopBar::addOptionsButton(QHBoxLayout& row, Updater* updater, bool light) {
     options_ = new QToolButton(this);
     options_->setObjectName(QStringLiteral("options"));
     options_->setIcon(Symbols::icon("ellipsis", Theme::of(!light).primary));
@@ -88,7 +88,7 @@ void TopBar::addOptionsButton(Updater* updater, bool light) {
     options_->setStyleSheet(QStringLiteral("QToolButton::menu-indicator { image: none; width: 0; }"));
     menu_ = new OptionsMenu(model_, updater, options_);
     options_->setMenu(menu_);
-    layout()->addWidget(options_);
+    row.addWidget(options_);
 }
 
 } // namespace lumabroom

@@ -2,6 +2,7 @@
 
 #include <QWidget>
 
+class QHBoxLayout;
 class QPushButton;
 class QToolButton;
 
@@ -25,9 +26,9 @@ public:
     OptionsMenu* optionsMenu() const { return menu_; }
 
 private:
-    void addTitles();
-    void addRescanButton(bool light);
-    void addOptionsButton(Updater* updater, bool light);
+    void addTitles(QHBoxLayout& row);
+    void addRescanButton(QHBoxLayout& row, bool light);
+    void addOptionsButton(QHBoxLayout& row, Updater* updater, bool light);
 
     AppModel& model_;
     QPushButton* rescan_ = nullptr;

@@ -7,6 +7,7 @@
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QPushButton>
+#include <QStyle>
 
 namespace lumabroom::ViewParts {
 
@@ -52,6 +53,11 @@ QHBoxLayout* makeRow(QPushButton& button, const QString& name) {
     row->setContentsMargins(12, 6, 12, 6);
     row->setSpacing(8);
     return row;
+}
+
+void repolish(QWidget& widget) {
+    widget.style()->unpolish(&widget);
+    widget.style()->polish(&widget);
 }
 
 } // namespace lumabroom::ViewParts

@@ -36,5 +36,8 @@ QPushButton* roundButton(std::string_view symbol, const QColor& colour, const QS
 // Makes `button` a row of the list, one button across; its pieces go into the layout returned.
 QHBoxLayout* makeRow(QPushButton& button, const QString& name);
 
+// Applies the style sheet again after a property it selects on has changed.
+void repolish(QWidget& widget);
+
 } // namespace ViewParts
 } // namespace lumabroom

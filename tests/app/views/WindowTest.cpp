@@ -1,3 +1,4 @@
+#include "AnimatedBytes.h"
 #include "ContentView.h"
 #include "MainWindow.h"
 #include "ModelTestSupport.h"
@@ -17,6 +18,8 @@
 #include <QDialog>
 #include <QLabel>
 #include <QPushButton>
+#include <QScrollArea>
+#include <QScrollBar>
 #include <QSignalSpy>
 #include <QTemporaryDir>
 #include <QTest>
@@ -58,13 +61,14 @@ namespace fs = std::filesystem;
 using test::makeResult;
 using test::makeRule;
 
-// A window over a model whose scans hand over fixed results; the scans after the first `freeScans`
-// wait until the test opens the gate.
+// A window over a model whose scans hand over `found`, which the test may change between scans; the
+// scans after the first `freeScans` wait until the test opens the gate.
 class WindowTest : public ::testing::Test {
 protected:
-    void start(std::vector<RuleScanResult> found, int freeScans = 100, bool withDisk = true) {
+    void start(std::vector<RuleScanResult> results, int freeScans = 100, bool withDisk = true) {
+        found = std::make_shared<std::vector<RuleScanResult>>(std::move(results));
         std::vector<CleanRule> rules;
-        for (const RuleScanResult& r : found) rules.push_back(r.rule);
+        for (const RuleScanResult& r : *found) rules.push_back(r.rule);
         ModelServices services = test::testServices(rules, std::make_shared<test::ServiceLog>());
         gate = std::make_shared<test::Gate>();
         started = std::make_shared<std::atomic<int>>(0);
@@ -74,10 +78,10 @@ protected:
             for (const ScanEntry& e : entries) cleaned->calls.push_back(std::string(rawValue(method)) + " " + e.id());
             return CleanResult{};
         };
-        services.scan = [gate = gate, started = started, freeScans, found](const std::vector<CleanRule>&,
-                                                                           const ModelServices::ResultSink& sink) {
+        services.scan = [gate = gate, started = started, freeScans, found = found](const std::vector<CleanRule>&,
+                                                                                   const ModelServices::ResultSink& sink) {
             if ((*started)++ >= freeScans) gate->wait();
-            for (const RuleScanResult& r : found) sink(r);
+            for (const RuleScanResult& r : *found) sink(r);
         };
         model = std::make_unique<AppModel>(std::move(services));
         window = std::make_unique<MainWindow>(*model, nullptr);
@@ -90,6 +94,19 @@ protected:
         if (model) test::waitUntil([this] { return !model->isBusy(); });
         window.reset();
         model.reset();
+    }
+    // Sixteen rules r0 … r15 of 1000 bytes down to 985, in one open group: more than the panel holds.
+    void startWithAScrollingList() {
+        std::vector<RuleScanResult> results;
+        for (int i = 0; i < 16; ++i) {
+            const std::string id = "r" + std::to_string(i);
+            results.push_back(
+                makeResult(makeRule(id, Category::packageManager, SafetyLevel::safe), {{"/" + id, 1000 - i}}));
+        }
+        start(results);
+        scanned();
+        model->toggleExpansion(Category::packageManager);
+        test::settle();
     }
     void scanned() {
         ASSERT_TRUE(test::waitUntil([this] { return !model->isBusy(); }));
@@ -121,6 +138,7 @@ protected:
         std::mutex lock;
         std::vector<std::string> calls; // method and entry
     };
+    std::shared_ptr<std::vector<RuleScanResult>> found;
     std::shared_ptr<test::Gate> gate;
     std::shared_ptr<std::atomic<int>> started;
     std::shared_ptr<Cleaned> cleaned = std::make_shared<Cleaned>();
@@ -249,6 +267,76 @@ TEST_F(WindowTest, TheKeyboardOpensAGroupAndTicksARuleInTheOrderOfTheLayout) {
     const QWidget* detail = find(QStringLiteral("detail"));
     ASSERT_NE(detail, nullptr);
     EXPECT_TRUE(detail == QApplication::focusWidget() || detail->isAncestorOf(QApplication::focusWidget()));
+}
+
+TEST_F(WindowTest, ARescanChangesTheFiguresOfTheRowsInPlaceKeepingFocusAndScroll) {
+    startWithAScrollingList();
+    auto* header = find<QPushButton>(QStringLiteral("group.pm"));
+    const auto* total = dynamic_cast<AnimatedBytes*>(header->findChild<QWidget*>(QStringLiteral("groupTotal")));
+    ASSERT_NE(total, nullptr);
+    auto* card = find<QPushButton>(QStringLiteral("rule.r15"));
+    auto* focused = find<QPushButton>(QStringLiteral("rule.r14"));
+    ASSERT_NE(card, nullptr);
+    EXPECT_EQ(total->bytes(), 16 * 1000 - 120);
+    focused->setFocus();
+    QScrollBar* scroll = find<QScrollArea>(QStringLiteral("panel"))->verticalScrollBar();
+    ASSERT_GT(scroll->maximum(), 0);
+    scroll->setValue(scroll->maximum());
+    const int scrolled = scroll->value();
+
+    // The smallest rule shrinks further: the order stays, so every row stays.
+    (*found)[15].entries[0].size = 900;
+    model->scan();
+    scanned();
+    EXPECT_EQ(find(QStringLiteral("group.pm")), header);
+    EXPECT_EQ(total->bytes(), 16 * 1000 - 120 - 85);
+    EXPECT_EQ(find(QStringLiteral("rule.r15")), card);
+    EXPECT_EQ(card->findChild<QLabel*>(QStringLiteral("size"))->text(), QStringLiteral("900 字节"));
+    EXPECT_EQ(QApplication::focusWidget(), focused);
+    EXPECT_EQ(scroll->value(), scrolled);
+
+    // Now it grows to the top: the rows change places but keep their widgets.
+    (*found)[15].entries[0].size = 5000;
+    model->scan();
+    scanned();
+    EXPECT_EQ(find(QStringLiteral("rule.r15")), card);
+    EXPECT_EQ(total->bytes(), 16 * 1000 - 120 + 4015);
+    EXPECT_LT(card->y(), find(QStringLiteral("rule.r0"))->y());
+
+    // Closing the group keeps its header and drops the cards.
+    header->click();
+    test::settle();
+    EXPECT_EQ(find(QStringLiteral("group.pm")), header);
+    EXPECT_EQ(find(QStringLiteral("rule.r15")), nullptr);
+    EXPECT_TRUE(find(QStringLiteral("groupSummary"))->isVisible());
+}
+
+TEST_F(WindowTest, TheBottomBarFloatsOverThePanelsWhichEndClearOfIt) {
+    startWithAScrollingList();
+    const QWidget* bar = find(QStringLiteral("bottomBar"));
+    const QWidget* last = find(QStringLiteral("rule.r15"));
+    const auto top = [this](const QWidget* w) { return w->mapTo(window.get(), QPoint(0, 0)).y(); };
+    QScrollBar* scroll = find<QScrollArea>(QStringLiteral("panel"))->verticalScrollBar();
+    EXPECT_GT(top(last), top(bar)); // under the bar or below it before scrolling
+    scroll->setValue(scroll->maximum());
+    test::settle();
+    EXPECT_LE(top(last) + last->height(), top(bar)); // the whole row shows above the bar
+
+    // A control that takes the focus scrolls clear of the bar too.
+    QWidget* lower = find(QStringLiteral("rule.r13"));
+    scroll->setValue(0);
+    test::settle();
+    ASSERT_GT(top(lower) + lower->height(), top(bar));
+    lower->setFocus();
+    test::settle();
+    EXPECT_LE(top(lower) + lower->height(), top(bar));
+
+    // A rule's panel ends above the bar.
+    model->setRoute(Route::rule("r15"));
+    test::settle();
+    const auto* detail = find(QStringLiteral("detail"))->findChild<QScrollArea*>();
+    ASSERT_NE(detail, nullptr);
+    EXPECT_LE(top(detail) + detail->height(), top(bar));
 }
 
 TEST_F(WindowTest, CleanButtonAndReturnDoNothingDuringAScanOrWithZeroBytesSelected) {

@@ -62,69 +62,82 @@ void selectSome(ChartSample& sample) {
     }
 }
 
+// What the command line asks for.
+struct Options {
+    bool light = false;
+    ChartPalette palette = ChartPalette::hues;
+    ChartSample sample = ChartSample::typical();
+    QSize size{900, 640};
+    std::optional<QPointF> hoverAt;
+    QString screenshot;
+};
+
+// The options, or nothing after saying what is wrong with them.
+std::optional<Options> parseOptions(int argc, char** argv) {
+    Options o;
+    for (int i = 1; i < argc; ++i) {
+        const std::string arg = argv[i];
+        const bool hasValue = i + 1 < argc;
+        if (arg == "--light") o.light = true;
+        else if (arg == "--colour-blind") o.palette = ChartPalette::colorBlindSafe;
+        else if (arg == "--select") selectSome(o.sample);
+        else if (arg == "--worst") o.sample = ChartSample::worst();
+        else if (arg == "--busy") o.sample.isBusy = true;
+        else if (arg == "--route" && hasValue) {
+            const auto route = parseRoute(argv[++i], o.sample);
+            if (!route) {
+                std::fprintf(stderr, "unknown route %s\n", argv[i]);
+                return std::nullopt;
+            }
+            o.sample.route = *route;
+        } else if (arg == "--size" && hasValue) {
+            const QStringList parts = QString(argv[++i]).split('x');
+            if (parts.size() == 2) o.size = QSize(parts[0].toInt(), parts[1].toInt());
+        } else if (arg == "--hover" && hasValue) {
+            const QStringList parts = QString(argv[++i]).split(',');
+            if (parts.size() == 2) o.hoverAt = QPointF(parts[0].toDouble(), parts[1].toDouble());
+        } else if (arg == "--screenshot" && hasValue) {
+            o.screenshot = argv[++i];
+        } else {
+            std::fprintf(stderr, "unknown option %s\n", arg.c_str());
+            return std::nullopt;
+        }
+    }
+    return o;
+}
+
 } // namespace
 
 int main(int argc, char** argv) {
     QApplication app(argc, argv);
-    bool light = false;
-    ChartPalette palette = ChartPalette::hues;
-    ChartSample sample = ChartSample::typical();
-    QSize size(900, 640);
-    std::optional<QPointF> hoverAt;
-    QString screenshot;
-    for (int i = 1; i < argc; ++i) {
-        const std::string arg = argv[i];
-        const bool hasValue = i + 1 < argc;
-        if (arg == "--light") light = true;
-        else if (arg == "--colour-blind") palette = ChartPalette::colorBlindSafe;
-        else if (arg == "--select") selectSome(sample);
-        else if (arg == "--worst") sample = ChartSample::worst();
-        else if (arg == "--busy") sample.isBusy = true;
-        else if (arg == "--route" && hasValue) {
-            const auto route = parseRoute(argv[++i], sample);
-            if (!route) {
-                std::fprintf(stderr, "unknown route %s\n", argv[i]);
-                return 2;
-            }
-            sample.route = *route;
-        } else if (arg == "--size" && hasValue) {
-            const QStringList parts = QString(argv[++i]).split('x');
-            if (parts.size() == 2) size = QSize(parts[0].toInt(), parts[1].toInt());
-        } else if (arg == "--hover" && hasValue) {
-            const QStringList parts = QString(argv[++i]).split(',');
-            if (parts.size() == 2) hoverAt = QPointF(parts[0].toDouble(), parts[1].toDouble());
-        } else if (arg == "--screenshot" && hasValue) {
-            screenshot = argv[++i];
-        } else {
-            std::fprintf(stderr, "unknown option %s\n", arg.c_str());
-            return 2;
-        }
-    }
+    auto options = parseOptions(argc, argv);
+    if (!options) return 2;
+    ChartSample& sample = options->sample;
 
-    Backdrop window(light);
+    Backdrop window(options->light);
     auto* layout = new QVBoxLayout(&window);
     layout->setContentsMargins(0, 0, 0, 0);
     auto* chart = new SunburstWidget(&window);
     layout->addWidget(chart);
-    chart->setLight(light);
-    chart->setProvider([&sample, palette] { return sample.input(palette); });
+    chart->setLight(options->light);
+    chart->setProvider([&sample, palette = options->palette] { return sample.input(palette); });
     QObject::connect(chart, &SunburstWidget::tapped, chart, [&sample, chart](const TapDecision& decision) {
         sample.apply(decision);
         chart->refresh();
     });
-    window.resize(size);
+    window.resize(options->size);
     window.setWindowTitle("lumabroom chart");
     window.show();
     chart->setFocus();
 
-    if (hoverAt) {
-        QTimer::singleShot(100, chart, [chart, at = *hoverAt] {
+    if (options->hoverAt) {
+        QTimer::singleShot(100, chart, [chart, at = *options->hoverAt] {
             QMouseEvent move(QEvent::MouseMove, at, chart->mapToGlobal(at), Qt::NoButton, Qt::NoButton, Qt::NoModifier);
             QApplication::sendEvent(chart, &move);
         });
     }
-    if (!screenshot.isEmpty()) {
-        QTimer::singleShot(400, &window, [&window, screenshot] {
+    if (!options->screenshot.isEmpty()) {
+        QTimer::singleShot(400, &window, [&window, screenshot = options->screenshot] {
             const bool saved = window.grab().save(screenshot);
             QApplication::exit(saved ? 0 : 1);
         });
