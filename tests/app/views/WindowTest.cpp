@@ -99,9 +99,11 @@ protected:
     void startWithAScrollingList() {
         std::vector<RuleScanResult> results;
         for (int i = 0; i < 16; ++i) {
-            const std::string id = "r" + std::to_string(i);
+            std::string id = "r"; // not "r" + to_string(i): GCC 12 warns of a false overlap there
+            id += std::to_string(i);
+            const std::string path = "/" + id;
             results.push_back(
-                makeResult(makeRule(id, Category::packageManager, SafetyLevel::safe), {{"/" + id, 1000 - i}}));
+                makeResult(makeRule(id, Category::packageManager, SafetyLevel::safe), {{path, 1000 - i}}));
         }
         start(results);
         scanned();
