@@ -59,7 +59,9 @@ ContentView::ContentView(AppModel& model, Updater* updater, bool light, QWidget*
     row->addWidget(rightPanel_);
     column->addLayout(row, 1);
 
-    makeBottomBar(*chartColumn);
+    makeBottomBar();
+    // Chart and panel end above the floating bar, so no row is ever hidden or half shown beside it.
+    row->setContentsMargins(sideMargin, 0, sideMargin, bottomInset());
     addShortcuts();
 
     for (const auto signal :
@@ -74,17 +76,16 @@ ContentView::ContentView(AppModel& model, Updater* updater, bool light, QWidget*
     setTabOrder(topBar_->optionsButton(), chart_);
 }
 
-void ContentView::makeBottomBar(QVBoxLayout& chartColumn) {
-    // The bar floats over the bottom edge, outside the layout: the chart ends above it, while the
-    // panel's list scrolls under it and has room at its end to scroll clear of it.
+void ContentView::makeBottomBar() {
+    // The bar floats over the bottom edge, outside the layout.
     bottomBar_ = new BottomBar(model_, light_, this);
-    chartColumn.addSpacing(bottomInset());
-    // The scroll area brings a control that takes the focus into its view, which runs under the bar.
-    // A press leaves the list where it is, or the release would miss the row it pressed.
+    // The scroll area shows a control that takes the focus by Tab, not one focused otherwise (a
+    // keyboard shortcut, a panel rebuilt). A press leaves the list where it is, or the release would
+    // miss the row it pressed.
     connect(qApp, &QApplication::focusChanged, this, [this](QWidget*, QWidget* now) {
         if (now && panel_->widget() && panel_->widget()->isAncestorOf(now)
             && QGuiApplication::mouseButtons() == Qt::NoButton)
-            keepClearOfBottomBar(*now);
+            panel_->ensureWidgetVisible(now, 0, 0);
     });
 }
 
@@ -95,12 +96,6 @@ void ContentView::resizeEvent(QResizeEvent* event) {
     const int barWidth = std::min(bottomBar_->maximumWidth(), width() - 2 * sideMargin);
     const int barHeight = bottomBar_->sizeHint().height();
     bottomBar_->setGeometry((width() - barWidth) / 2, height() - gapBelowBar - barHeight, barWidth, barHeight);
-}
-
-void ContentView::keepClearOfBottomBar(const QWidget& control) {
-    const int bottom = control.mapTo(panel_->viewport(), QPoint(0, control.height())).y();
-    const int overlap = bottom - (panel_->viewport()->height() - bottomInset());
-    if (overlap > 0) panel_->verticalScrollBar()->setValue(panel_->verticalScrollBar()->value() + overlap);
 }
 
 QDialog* ContentView::cleanDialog() const { return bottomBar_->cleanDialog(); }
@@ -206,7 +201,6 @@ QWidget* ContentView::showOverview(std::optional<Category> filter) {
     auto* list = dynamic_cast<OverviewList*>(panel_->widget());
     if (!list) {
         list = new OverviewList(model_, light_);
-        list->layout()->setContentsMargins(0, 0, 0, bottomInset());
         showPage(list);
     }
     list->showGroups(filter);
@@ -247,7 +241,6 @@ bool ContentView::showDetail(const std::string& ruleID) {
         detail_ = new RuleDetailPanel(model_, ruleID, rightPanel_);
         detail_->setObjectName(QStringLiteral("detail"));
         detail_->setPalette(window()->palette());
-        detail_->setContentsMargins(0, 0, 0, bottomInset()); // it ends above the floating bar
         rightPanel_->addWidget(detail_);
         setTabOrder(chart_, detail_);
         bottomBar_->followInTabs(detail_);

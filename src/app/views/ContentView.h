@@ -57,10 +57,9 @@ private:
     // The room the floating bottom bar takes at the window's bottom, with its gaps.
     int bottomInset() const;
     // Scrolls the panel so that `control` ends above the bottom bar.
-    void keepClearOfBottomBar(const QWidget& control);
     void makeChart();
     void makeRightPanel();
-    void makeBottomBar(QVBoxLayout& chartColumn);
+    void makeBottomBar();
     void addShortcuts();
     void scheduleRefresh();
     void refresh();

@@ -313,18 +313,18 @@ TEST_F(WindowTest, ARescanChangesTheFiguresOfTheRowsInPlaceKeepingFocusAndScroll
     EXPECT_TRUE(find(QStringLiteral("groupSummary"))->isVisible());
 }
 
-TEST_F(WindowTest, TheBottomBarFloatsOverThePanelsWhichEndClearOfIt) {
+TEST_F(WindowTest, ThePanelsEndAboveTheFloatingBottomBar) {
     startWithAScrollingList();
     const QWidget* bar = find(QStringLiteral("bottomBar"));
     const QWidget* last = find(QStringLiteral("rule.r15"));
     const auto top = [this](const QWidget* w) { return w->mapTo(window.get(), QPoint(0, 0)).y(); };
     QScrollBar* scroll = find<QScrollArea>(QStringLiteral("panel"))->verticalScrollBar();
-    EXPECT_GT(top(last), top(bar)); // under the bar or below it before scrolling
+    EXPECT_GT(top(last), top(bar)); // out of view before scrolling
     scroll->setValue(scroll->maximum());
     test::settle();
     EXPECT_LE(top(last) + last->height(), top(bar)); // the whole row shows above the bar
 
-    // A control that takes the focus scrolls clear of the bar too.
+    // A control that takes the focus scrolls into view, clear of the bar.
     QWidget* lower = find(QStringLiteral("rule.r13"));
     scroll->setValue(0);
     test::settle();
@@ -339,6 +339,7 @@ TEST_F(WindowTest, TheBottomBarFloatsOverThePanelsWhichEndClearOfIt) {
     const auto* detail = find(QStringLiteral("detail"))->findChild<QScrollArea*>();
     ASSERT_NE(detail, nullptr);
     EXPECT_LE(top(detail) + detail->height(), top(bar));
+    EXPECT_LE(top(find(QStringLiteral("panel"))) + find(QStringLiteral("panel"))->height(), top(bar));
 }
 
 TEST_F(WindowTest, CleanButtonAndReturnDoNothingDuringAScanOrWithZeroBytesSelected) {
