@@ -35,17 +35,16 @@ Json usageJson(const std::vector<ScanEntry>& rows) {
 Json itemsJson(const std::vector<DockerItem>& items) {
     auto list = Json::array();
     for (const auto& i : items)
-        list.push_back(Json{{"kind", rawValue(i.kind)}, {"name", i.name}, {"detail", i.detail}, {"size", i.size},
-                            {"ref", i.ref}});
+        list.push_back(
+            Json{{"kind", rawValue(i.kind)}, {"name", i.name}, {"detail", i.detail}, {"size", i.size}, {"ref", i.ref}});
     return list;
 }
 
 Json inventoryJson(const std::optional<DockerInventory>& inventory) {
     if (!inventory) return Json{{"inventory", nullptr}};
-    return Json{{"inventory",
-                 Json{{"images", itemsJson(inventory->images)},
-                      {"containers", itemsJson(inventory->containers)},
-                      {"volumes", itemsJson(inventory->volumes)}}}};
+    return Json{{"inventory", Json{{"images", itemsJson(inventory->images)},
+                                   {"containers", itemsJson(inventory->containers)},
+                                   {"volumes", itemsJson(inventory->volumes)}}}};
 }
 
 std::string usageText(const std::vector<ScanEntry>& usage) {
@@ -88,7 +87,8 @@ int run(bool json, std::ostream& out) {
         out << Localization::text(Texts::dockerNoInventory) << "\n";
         return 0;
     }
-    out << itemsText(Texts::dockerImages, inventory->images) << itemsText(Texts::dockerContainers, inventory->containers)
+    out << itemsText(Texts::dockerImages, inventory->images)
+        << itemsText(Texts::dockerContainers, inventory->containers)
         << itemsText(Texts::dockerVolumes, inventory->volumes);
     return 0;
 }

@@ -27,14 +27,16 @@ int run(bool json, std::ostream& out) {
         return 0;
     }
     if (models.empty()) {
-        out << Localization::formatted(Texts::modelsNone, {Output::displayPath(modelsDir, Paths::homeDirectory())}) << "\n";
+        out << Localization::formatted(Texts::modelsNone, {Output::displayPath(modelsDir, Paths::homeDirectory())})
+            << "\n";
         return 0;
     }
     std::vector<Output::Row> rows;
     std::int64_t total = 0;
     for (const auto& model : models) {
-        rows.push_back({{Formatting::bytes(model.size),
-                         Strings::quotedForTerminal(OllamaModelRemover::modelName(model.url).value_or(model.url.string()))}});
+        rows.push_back(
+            {{Formatting::bytes(model.size),
+              Strings::quotedForTerminal(OllamaModelRemover::modelName(model.url).value_or(model.url.string()))}});
         if (__builtin_add_overflow(total, model.size, &total)) total = std::numeric_limits<std::int64_t>::max();
     }
     out << Output::table({Output::sizeColumn(), {}}, rows)

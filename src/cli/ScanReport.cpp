@@ -32,12 +32,14 @@ void addRule(std::vector<Row>& rows, const RuleScanResult& r, std::size_t entrie
     const std::size_t shown = std::min(entriesPerRule, r.entries.size());
     for (std::size_t i = 0; i < shown; ++i) {
         const auto& e = r.entries[i];
-        const std::string text = e.label ? Strings::quotedForTerminal(e.label->text()) : Output::displayPath(e.url, home);
+        const std::string text =
+            e.label ? Strings::quotedForTerminal(e.label->text()) : Output::displayPath(e.url, home);
         rows.push_back(Row{{Formatting::bytes(e.size), text}, "      "});
     }
     if (r.entries.size() > shown)
         rows.push_back(
-            Row{{"", Localization::counted(Texts::moreEntries, static_cast<std::int64_t>(r.entries.size() - shown))}, "      "});
+            Row{{"", Localization::counted(Texts::moreEntries, static_cast<std::int64_t>(r.entries.size() - shown))},
+                "      "});
 }
 } // namespace
 
@@ -69,9 +71,9 @@ Output::Json doneJson(std::size_t rules, std::int64_t total, double seconds) {
 
 std::string volumeLine(const DiskSpace& disk) {
     return Strings::quotedForTerminal(disk.volumeName) + "  "
-           + Localization::formatted(Texts::volumeUsage, {Formatting::bytes(disk.used()),
-                                                                  Formatting::bytes(disk.available),
-                                                                  Formatting::bytes(disk.total)});
+           + Localization::formatted(
+               Texts::volumeUsage,
+               {Formatting::bytes(disk.used()), Formatting::bytes(disk.available), Formatting::bytes(disk.total)});
 }
 
 std::string readable(const std::vector<RuleScanResult>& results, const std::vector<CleanRule>& catalogueOrder,

@@ -48,13 +48,12 @@ inline constexpr std::string_view worktreeDetached = "(不在分支上)";
 inline constexpr std::string_view worktreeOfRepo = "(属于 %1)";
 
 inline constexpr std::array all{
-    scanning,         volumeUsage,        nothingFound,       moreEntries,        scanTotal,
-    dockerNoDaemon,   dockerUsage,        dockerNoUsage,      dockerNoInventory,  dockerImages,
-    dockerContainers, dockerVolumes,      modelsNone,         modelsTotal,        sessionsNone,
-    sessionsLargest,  sessionsTotal,      simulatorsNone,     simulatorNoName,    worktreesNone,
-    worktreesSummary, worktreesMeasuring, columnSize,         columnWorktree,     columnBranch,
-    columnState,      worktreeSafe,       worktreeWouldLose,  worktreeDirtyFiles, worktreeOrphanCommits,
-    bothLosses,       worktreeNoRemote,   worktreeDetached,   worktreeOfRepo,
+    scanning,        volumeUsage,      nothingFound,      moreEntries,        scanTotal,          dockerNoDaemon,
+    dockerUsage,     dockerNoUsage,    dockerNoInventory, dockerImages,       dockerContainers,   dockerVolumes,
+    modelsNone,      modelsTotal,      sessionsNone,      sessionsLargest,    sessionsTotal,      simulatorsNone,
+    simulatorNoName, worktreesNone,    worktreesSummary,  worktreesMeasuring, columnSize,         columnWorktree,
+    columnBranch,    columnState,      worktreeSafe,      worktreeWouldLose,  worktreeDirtyFiles, worktreeOrphanCommits,
+    bothLosses,      worktreeNoRemote, worktreeDetached,  worktreeOfRepo,
 };
 
 } // namespace lumabroom::Texts

@@ -23,7 +23,8 @@ std::string verdict(const WorktreeInfo& w) {
     if (w.dirtyFiles > 0) lost.push_back(Localization::counted(Texts::worktreeDirtyFiles, w.dirtyFiles));
     if (w.orphanCommits > 0) lost.push_back(Localization::counted(Texts::worktreeOrphanCommits, w.orphanCommits));
     std::string text = Localization::formatted(
-        Texts::worktreeWouldLose, {lost.size() == 1 ? lost.front() : Localization::formatted(Texts::bothLosses, {lost[0], lost[1]})});
+        Texts::worktreeWouldLose,
+        {lost.size() == 1 ? lost.front() : Localization::formatted(Texts::bothLosses, {lost[0], lost[1]})});
     if (!w.hasRemote) text.append(" ").append(Localization::text(Texts::worktreeNoRemote));
     return text;
 }
@@ -39,8 +40,8 @@ std::string summary(const std::vector<WorktreeInfo>& worktrees) {
         if (w.size) ++measured, total += *w.size;
     }
     const auto count = static_cast<std::int64_t>(worktrees.size());
-    std::string text = Localization::counted(Texts::worktreesSummary, count,
-                                             {std::to_string(risky), Formatting::bytes(total)});
+    std::string text =
+        Localization::counted(Texts::worktreesSummary, count, {std::to_string(risky), Formatting::bytes(total)});
     if (measured < count) text.append(" ").append(Localization::counted(Texts::worktreesMeasuring, count - measured));
     return text + "\n\n";
 }
@@ -68,11 +69,12 @@ std::string table(const std::vector<WorktreeInfo>& worktrees, const std::string&
     if (worktrees.empty()) return Localization::text(Texts::worktreesNone) + "\n";
     std::vector<Output::Row> rows;
     for (const auto& w : worktrees) {
-        rows.push_back({{w.size ? Formatting::bytes(*w.size) : "…", Strings::quotedForTerminal(w.repoName), branch(w),
-                         verdict(w)},
-                        w.isRisky() ? "! " : "  "});
-        rows.push_back({{"", Output::displayPath(w.path, home) + "  "
-                                 + Localization::formatted(Texts::worktreeOfRepo, {Output::displayPath(w.parentRepo, home)})}});
+        rows.push_back(
+            {{w.size ? Formatting::bytes(*w.size) : "…", Strings::quotedForTerminal(w.repoName), branch(w), verdict(w)},
+             w.isRisky() ? "! " : "  "});
+        rows.push_back(
+            {{"", Output::displayPath(w.path, home) + "  "
+                      + Localization::formatted(Texts::worktreeOfRepo, {Output::displayPath(w.parentRepo, home)})}});
     }
     const std::vector<Output::Column> columns{Output::sizeColumn(Localization::text(Texts::columnSize)),
                                               {Localization::text(Texts::columnWorktree)},

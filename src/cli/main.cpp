@@ -3,10 +3,10 @@
 #include "DockerMode.h"
 #include "ModelsMode.h"
 #include "Output.h"
-#include "Texts.h"
 #include "ScanReport.h"
 #include "SessionsMode.h"
 #include "SimulatorsMode.h"
+#include "Texts.h"
 #include "WorktreesMode.h"
 
 #include "catalogue/BuiltinScan.h"
@@ -23,10 +23,10 @@
 #include <cstdio>
 #include <iostream>
 #include <optional>
-#include <variant>
 #include <set>
 #include <string>
 #include <unistd.h>
+#include <variant>
 #include <vector>
 
 using namespace lumabroom;
@@ -38,9 +38,8 @@ constexpr const char* kUsage =
     "       lumabroom-scan [--json] [--catalogue macos|linux] --docker | --models | --simulators\n"
     "       lumabroom-scan [--json] --worktrees | --sessions claude|codex [--limit N]\n";
 
-constexpr const char* kAbout =
-    "Scans what development tools leave in your home folder and prints the sizes.\n"
-    "Sizes are allocated bytes in decimal units. Nothing is written or removed.";
+constexpr const char* kAbout = "Scans what development tools leave in your home folder and prints the sizes.\n"
+                               "Sizes are allocated bytes in decimal units. Nothing is written or removed.";
 
 // The modes besides the scan, of which one run takes at most one.
 constexpr std::array<const char*, 5> kModes{"docker", "models", "simulators", "worktrees", "sessions"};
@@ -50,7 +49,7 @@ struct Options {
     PathTable table = runningPathTable();
     std::vector<std::string> ruleIds;
     std::optional<AppLanguage> language; // for this run only
-    std::string toolMode; // one of kModes; empty for the scan
+    std::string toolMode;                // one of kModes; empty for the scan
     SessionsMode::Agent sessionsOf = SessionsMode::Agent::claude;
     std::optional<std::size_t> limit;
 };
@@ -139,7 +138,9 @@ std::vector<CleanRule> selectedRules(const Options& options, std::string& unknow
 
 class ProgressLine {
 public:
-    ProgressLine(bool wanted, std::size_t total) : enabled_(wanted && ::isatty(STDERR_FILENO) == 1), total_(total) { draw(); }
+    ProgressLine(bool wanted, std::size_t total) : enabled_(wanted && ::isatty(STDERR_FILENO) == 1), total_(total) {
+        draw();
+    }
     void advance(std::int64_t bytes) {
         ++done_;
         sum_ += bytes;
@@ -179,7 +180,8 @@ int runScan(const Options& options) {
     if (!unknown.empty()) return usageError("unknown rule '" + unknown + "'");
 
     if (!options.json) {
-        if (auto disk = DiskSpace::current(Paths::homeDirectory())) std::cout << ScanReport::volumeLine(*disk) << std::endl;
+        if (auto disk = DiskSpace::current(Paths::homeDirectory()))
+            std::cout << ScanReport::volumeLine(*disk) << std::endl;
     }
     const auto start = std::chrono::steady_clock::now();
     ProgressLine progress(!options.json, rules.size());

@@ -8,9 +8,9 @@ namespace lumabroom {
 
 namespace {
 
-constexpr double thinnest = 0.0008;       // radians; nothing narrower is drawn
-constexpr double settledProgress = 0.98;  // highlights wait until the morph has nearly landed
-constexpr double vanishing = 0.03;        // what folds or unfolds is not drawn closer than this to nothing
+constexpr double thinnest = 0.0008;      // radians; nothing narrower is drawn
+constexpr double settledProgress = 0.98; // highlights wait until the morph has nearly landed
+constexpr double vanishing = 0.03;       // what folds or unfolds is not drawn closer than this to nothing
 constexpr double growthPoints = 4;
 constexpr double largestGap = 0.01;
 constexpr double notchStep = 0.14;
@@ -91,8 +91,10 @@ std::vector<DrawnSegment> frame(const MorphInput& input, double radius) {
         if (const auto it = fromByKey.find(key(s)); it != fromByKey.end()) {
             const Segment& f = *it->second;
             draw(out, s,
-                 {lerp(f.start, s.start, p), lerp(f.end, s.end, p),
-                  {lerp(f.band.inner, s.band.inner, p), lerp(f.band.outer, s.band.outer, p)}, 1},
+                 {lerp(f.start, s.start, p),
+                  lerp(f.end, s.end, p),
+                  {lerp(f.band.inner, s.band.inner, p), lerp(f.band.outer, s.band.outer, p)},
+                  1},
                  input, p, radius);
         } else if (p > vanishing) {
             const double m = (s.start + s.end) / 2;

@@ -43,9 +43,7 @@ constexpr double entryGrowth = 0.44;
 
 // How long an entry's spike is against the rule's first entry: the largest reaches the full length
 // and smaller ones fall off gently.
-double growth(std::int64_t size, std::int64_t firstSize) {
-    return std::pow(double(size) / double(firstSize), 0.6);
-}
+double growth(std::int64_t size, std::int64_t firstSize) { return std::pow(double(size) / double(firstSize), 0.6); }
 
 struct Builder {
     const ChartInput& input;
@@ -87,17 +85,18 @@ struct Builder {
             const ScanEntry& entry = result.entries[i];
             const double entrySpan = span * (double(entry.size) / double(size));
             if (entrySpan < smallestDecoration) break;
-            list.push_back(Segment{.id = "deco:" + entry.id(),
-                                   .kind = SegmentKind::rule(result.id()),
-                                   .start = cursor,
-                                   .end = cursor + entrySpan,
-                                   .band = {ring.inner, ring.outerBase + ring.outerGrowth * growth(entry.size, firstSize)},
-                                   .hue = hue(cursor, cursor + entrySpan),
-                                   .depth = 2,
-                                   .title = displayName(entry),
-                                   .bytes = entry.size,
-                                   .active = input.selected(entry.id()),
-                                   .hint = hint});
+            list.push_back(
+                Segment{.id = "deco:" + entry.id(),
+                        .kind = SegmentKind::rule(result.id()),
+                        .start = cursor,
+                        .end = cursor + entrySpan,
+                        .band = {ring.inner, ring.outerBase + ring.outerGrowth * growth(entry.size, firstSize)},
+                        .hue = hue(cursor, cursor + entrySpan),
+                        .depth = 2,
+                        .title = displayName(entry),
+                        .bytes = entry.size,
+                        .active = input.selected(entry.id()),
+                        .hint = hint});
             cursor += entrySpan;
         }
     }
@@ -224,43 +223,42 @@ std::vector<Segment> entrySegments(const ChartInput& input, const std::string& r
     const std::int64_t firstSize = entries.empty() ? 0 : entries.front().size;
     Builder b{input, double(firstSize) / double(size) / 2, {}};
     const auto spanOf = [size](std::int64_t bytes) { return double(bytes) / double(size) * twoPi; };
-    const std::optional<std::string> hint = rule->rule.safety == SafetyLevel::reportOnly
-                                                ? std::nullopt
-                                                : std::optional(AppText::text("点击勾选/取消"));
+    const std::optional<std::string> hint =
+        rule->rule.safety == SafetyLevel::reportOnly ? std::nullopt : std::optional(AppText::text("点击勾选/取消"));
     double cursor = top;
     const std::size_t shown = std::min(entryLimit, entries.size());
     for (std::size_t i = 0; i < shown; ++i) {
         const ScanEntry& entry = entries[i];
         const double end = cursor + spanOf(entry.size);
-        b.list.push_back(Segment{
-            .id = entry.id(),
-            .kind = SegmentKind::entry(ruleID, entry.id()),
-            .start = cursor,
-            .end = end,
-            .band = {entryRing.inner, entryRing.outer + entryGrowth * growth(entry.size, std::max<std::int64_t>(firstSize, 1))},
-            .hue = b.hue(cursor, end),
-            .depth = 1,
-            .title = displayName(entry),
-            .bytes = entry.size,
-            .active = input.selected(entry.id()),
-            .hint = hint});
+        b.list.push_back(
+            Segment{.id = entry.id(),
+                    .kind = SegmentKind::entry(ruleID, entry.id()),
+                    .start = cursor,
+                    .end = end,
+                    .band = {entryRing.inner,
+                             entryRing.outer + entryGrowth * growth(entry.size, std::max<std::int64_t>(firstSize, 1))},
+                    .hue = b.hue(cursor, end),
+                    .depth = 1,
+                    .title = displayName(entry),
+                    .bytes = entry.size,
+                    .active = input.selected(entry.id()),
+                    .hint = hint});
         cursor = end;
     }
     std::int64_t otherBytes = 0;
     for (std::size_t i = shown; i < entries.size(); ++i) otherBytes += entries[i].size;
     if (otherBytes >= 1) {
-        b.list.push_back(Segment{
-            .id = "other",
-            .kind = SegmentKind::other(),
-            .start = cursor,
-            .end = cursor + spanOf(otherBytes),
-            .band = entryRing,
-            .hue = std::nullopt,
-            .depth = 1,
-            .title = AppText::counted("其他 %n 项", std::int64_t(entries.size() - entryLimit)),
-            .bytes = otherBytes,
-            .active = false,
-            .hint = std::nullopt});
+        b.list.push_back(Segment{.id = "other",
+                                 .kind = SegmentKind::other(),
+                                 .start = cursor,
+                                 .end = cursor + spanOf(otherBytes),
+                                 .band = entryRing,
+                                 .hue = std::nullopt,
+                                 .depth = 1,
+                                 .title = AppText::counted("其他 %n 项", std::int64_t(entries.size() - entryLimit)),
+                                 .bytes = otherBytes,
+                                 .active = false,
+                                 .hint = std::nullopt});
     }
     return std::move(b.list);
 }
@@ -280,8 +278,8 @@ const Segment* hitTest(QPointF point, QSizeF size, std::span<const Segment> segm
     if (angle < top) angle += twoPi;
     const double distance = std::sqrt(x * x + y * y) / r;
     for (const Segment& segment : segments) {
-        if (segment.band.inner <= distance && distance <= segment.band.outer + hitTolerance &&
-            segment.start <= angle && angle < segment.end)
+        if (segment.band.inner <= distance && distance <= segment.band.outer + hitTolerance && segment.start <= angle
+            && angle < segment.end)
             return &segment;
     }
     return nullptr;

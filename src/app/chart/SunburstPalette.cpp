@@ -18,14 +18,8 @@ struct Stop {
     double value;
 };
 // Green at the start, through yellow and red, to purple; negative hues wrap round.
-constexpr std::array<Stop, 8> hueStops{{{0, 0.385},
-                                        {0.25, 0.23},
-                                        {0.38, 0.13},
-                                        {0.5, 0.02},
-                                        {0.62, -0.08},
-                                        {0.75, -0.2},
-                                        {0.88, -0.32},
-                                        {1, -0.415}}};
+constexpr std::array<Stop, 8> hueStops{
+    {{0, 0.385}, {0.25, 0.23}, {0.38, 0.13}, {0.5, 0.02}, {0.62, -0.08}, {0.75, -0.2}, {0.88, -0.32}, {1, -0.415}}};
 
 struct RgbStop {
     double at;

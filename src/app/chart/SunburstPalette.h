@@ -34,8 +34,7 @@ double positionHue(double start, double end, double offset, ChartPalette = Chart
 double dominantHueOffset(std::span<const VisibleGroup> groups, std::int64_t total);
 
 // The colour of a category's overview slice, teal when there is none.
-QColor categoryColor(Category, std::span<const VisibleGroup> groups, bool light,
-                     ChartPalette = ChartPalette::hues);
+QColor categoryColor(Category, std::span<const VisibleGroup> groups, bool light, ChartPalette = ChartPalette::hues);
 
 // Byte totals that the groups would give, computed here so the chart needs no model code.
 std::int64_t groupTotal(const VisibleGroup&);

@@ -37,8 +37,8 @@ private Q_SLOTS:
 private:
     // Portals before version 2 have only the deprecated `Read`.
     void read(const QString& method) {
-        QDBusMessage call = QDBusMessage::createMethodCall(QLatin1String(Portal::kService), QLatin1String(Portal::kPath),
-                                                           QLatin1String(Portal::kInterface), method);
+        QDBusMessage call = QDBusMessage::createMethodCall(
+            QLatin1String(Portal::kService), QLatin1String(Portal::kPath), QLatin1String(Portal::kInterface), method);
         call << QLatin1String(Portal::kNamespace) << QLatin1String(Portal::kKey);
         auto* watcher = new QDBusPendingCallWatcher(QDBusConnection::sessionBus().asyncCall(call, 2000), this);
         connect(watcher, &QDBusPendingCallWatcher::finished, this, [this, method](QDBusPendingCallWatcher* done) {
@@ -57,7 +57,9 @@ private:
 
 } // namespace
 
-std::unique_ptr<QObject> SystemSchemeBackend::create(SystemScheme& scheme) { return std::make_unique<PortalWatch>(scheme); }
+std::unique_ptr<QObject> SystemSchemeBackend::create(SystemScheme& scheme) {
+    return std::make_unique<PortalWatch>(scheme);
+}
 
 } // namespace lumabroom
 

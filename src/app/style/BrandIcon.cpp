@@ -109,8 +109,8 @@ std::optional<std::string_view> asset(std::string_view ruleId) {
 QString file(std::string_view assetName) {
     const Picture* p = picture(assetName);
     const std::string_view name = p ? p->file : assetName;
-    return QStringLiteral(":/icons/simple-icons/") + QString::fromUtf8(name.data(), qsizetype(name.size())) +
-           QStringLiteral(".svg");
+    return QStringLiteral(":/icons/simple-icons/") + QString::fromUtf8(name.data(), qsizetype(name.size()))
+           + QStringLiteral(".svg");
 }
 
 bool isMonochrome(std::string_view ruleId) {

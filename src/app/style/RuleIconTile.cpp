@@ -9,7 +9,10 @@
 
 namespace lumabroom {
 
-RuleIconTile::RuleIconTile(CleanRule rule, int size, QWidget* parent) : QWidget(parent), rule_(std::move(rule)), size_(size) {
+RuleIconTile::RuleIconTile(CleanRule rule, int size, QWidget* parent)
+    : QWidget(parent),
+      rule_(std::move(rule)),
+      size_(size) {
     setFixedSize(size, size);
     setAttribute(Qt::WA_TranslucentBackground);
 }
@@ -37,7 +40,8 @@ void RuleIconTile::paintFallback(QPainter& painter, const QRectF& square, std::s
     painter.setRenderHint(QPainter::Antialiasing);
     painter.fillPath(tile, fill);
     const double glyph = size * 0.5;
-    Symbols::paint(painter, QRectF(square.center() - QPointF(glyph / 2, glyph / 2), QSizeF(glyph, glyph)), symbol, Qt::white);
+    Symbols::paint(painter, QRectF(square.center() - QPointF(glyph / 2, glyph / 2), QSizeF(glyph, glyph)), symbol,
+                   Qt::white);
     painter.restore();
 }
 

@@ -34,7 +34,8 @@ QString SafetyBadge::text() const { return QString::fromStdString(displayName(sa
 
 QSize SafetyBadge::sizeHint() const {
     const QFontMetricsF metrics(font());
-    return {int(std::ceil(metrics.horizontalAdvance(text()) + 2 * kPadX)), int(std::ceil(metrics.height() + 2 * kPadY))};
+    return {int(std::ceil(metrics.horizontalAdvance(text()) + 2 * kPadX)),
+            int(std::ceil(metrics.height() + 2 * kPadY))};
 }
 
 void SafetyBadge::changeEvent(QEvent* event) {

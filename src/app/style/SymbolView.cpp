@@ -8,7 +8,10 @@
 namespace lumabroom {
 
 SymbolView::SymbolView(std::string symbol, TextSize size, Tone tone, QWidget* parent)
-    : QWidget(parent), symbol_(std::move(symbol)), tone_(tone), side_(QFontMetrics(textFont(size)).ascent()) {
+    : QWidget(parent),
+      symbol_(std::move(symbol)),
+      tone_(tone),
+      side_(QFontMetrics(textFont(size)).ascent()) {
     setFixedSize(side_, side_);
     setAttribute(Qt::WA_TransparentForMouseEvents);
 }

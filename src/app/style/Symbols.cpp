@@ -108,7 +108,8 @@ QImage tinted(QSvgRenderer& renderer, QSizeF size, qreal devicePixelRatio, const
     if (!renderer.isValid() || size.isEmpty()) {
         return {};
     }
-    const QSize pixels(int(std::ceil(size.width() * devicePixelRatio)), int(std::ceil(size.height() * devicePixelRatio)));
+    const QSize pixels(int(std::ceil(size.width() * devicePixelRatio)),
+                       int(std::ceil(size.height() * devicePixelRatio)));
     QImage image(pixels, QImage::Format_ARGB32_Premultiplied);
     image.fill(Qt::transparent);
     image.setDevicePixelRatio(devicePixelRatio);
@@ -116,7 +117,8 @@ QImage tinted(QSvgRenderer& renderer, QSizeF size, qreal devicePixelRatio, const
     painter.setRenderHint(QPainter::Antialiasing);
     QSizeF fitted = renderer.viewBoxF().size();
     fitted.scale(size, Qt::KeepAspectRatio);
-    renderer.render(&painter, QRectF(QPointF((size.width() - fitted.width()) / 2, (size.height() - fitted.height()) / 2), fitted));
+    renderer.render(
+        &painter, QRectF(QPointF((size.width() - fitted.width()) / 2, (size.height() - fitted.height()) / 2), fitted));
     painter.setCompositionMode(QPainter::CompositionMode_SourceIn);
     painter.fillRect(QRectF(QPointF(), size), color);
     return image;

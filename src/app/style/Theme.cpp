@@ -107,7 +107,8 @@ QColor Theme::named(NamedColor color) const {
 
 QLinearGradient Theme::accentGradient(const QRectF& rect) const {
     const bool rightToLeft = QGuiApplication::layoutDirection() == Qt::RightToLeft;
-    QLinearGradient gradient(rightToLeft ? rect.topRight() : rect.topLeft(), rightToLeft ? rect.topLeft() : rect.topRight());
+    QLinearGradient gradient(rightToLeft ? rect.topRight() : rect.topLeft(),
+                             rightToLeft ? rect.topLeft() : rect.topRight());
     gradient.setColorAt(0, accentA);
     gradient.setColorAt(1, accentB);
     return gradient;

@@ -44,8 +44,10 @@ AppcastItem readItem(QXmlStreamReader& reader, const QUrl& feedURL) {
             const QXmlStreamAttributes attributes = reader.attributes();
             item.url = feedURL.resolved(QUrl(attributes.value(QLatin1String("url")).toString().trimmed()));
             item.length = attributes.value(QLatin1String("length")).toLongLong();
-            item.signature = attributes.value(QLatin1String(xmlNamespace), QLatin1String("edSignature")).toLatin1().trimmed();
-            enclosureVersion = attributes.value(QLatin1String(xmlNamespace), QLatin1String("version")).toString().trimmed();
+            item.signature =
+                attributes.value(QLatin1String(xmlNamespace), QLatin1String("edSignature")).toLatin1().trimmed();
+            enclosureVersion =
+                attributes.value(QLatin1String(xmlNamespace), QLatin1String("version")).toString().trimmed();
             reader.skipCurrentElement();
         } else {
             reader.skipCurrentElement();

@@ -13,7 +13,7 @@ namespace lumabroom {
 
 // One release as the feed describes it.
 struct AppcastItem {
-    QString version;      // dotted numbers, "0.10.2"
+    QString version; // dotted numbers, "0.10.2"
     QString title;
     QString releaseNotes; // the item's description, as the feed gives it (often HTML)
     QDateTime published;  // invalid when the feed gives no readable date

@@ -23,7 +23,9 @@ QString text(std::string_view key, const QString& value) {
 } // namespace
 
 UpdateDialog::UpdateDialog(Updater& updater, AppcastItem item, QWidget* parent)
-    : QDialog(parent), updater_(updater), item_(std::move(item)) {
+    : QDialog(parent),
+      updater_(updater),
+      item_(std::move(item)) {
     setWindowTitle(text(UpdateTexts::dialogTitle));
     setMinimumWidth(480);
 

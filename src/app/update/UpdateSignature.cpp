@@ -27,7 +27,8 @@ bool verify(QByteArrayView message, const QByteArray& signatureBase64, const QBy
     const auto* bytes = message.isEmpty() ? &nothing : reinterpret_cast<const unsigned char*>(message.data());
     return crypto_sign_verify_detached(reinterpret_cast<const unsigned char*>(signature->constData()), bytes,
                                        static_cast<unsigned long long>(message.size()),
-                                       reinterpret_cast<const unsigned char*>(key->constData())) == 0;
+                                       reinterpret_cast<const unsigned char*>(key->constData()))
+           == 0;
 }
 
 bool verifyFile(const QString& path, const QByteArray& signatureBase64, const QByteArray& publicKeyBase64) {

@@ -28,10 +28,10 @@ inline constexpr std::string_view downloadButton = "下载";
 inline constexpr std::string_view laterButton = "以后再说";
 inline constexpr std::string_view downloading = "正在下载…";
 
-inline constexpr std::array all{upToDate,      invalidFeedAddress, unreachable,    httpError,    tooManyRedirects,
-                                timedOut,      malformedFeed,      wrongLength,    badSignature, notSaved,
-                                dialogTitle,   available,          runningVersion, releaseNotes, downloadButton,
-                                laterButton,   downloading};
+inline constexpr std::array all{upToDate,    invalidFeedAddress, unreachable,    httpError,    tooManyRedirects,
+                                timedOut,    malformedFeed,      wrongLength,    badSignature, notSaved,
+                                dialogTitle, available,          runningVersion, releaseNotes, downloadButton,
+                                laterButton, downloading};
 
 // The display text of a key of this table in the current language, "%1" and on filled from `values`.
 std::string text(std::string_view key, const std::vector<std::string>& values = {});

@@ -30,9 +30,7 @@ bool isFetchable(const QUrl& url) {
     return url.isValid() && (url.scheme() == u"https" || url.scheme() == u"http") && !url.host().isEmpty();
 }
 
-int httpStatus(const QNetworkReply& reply) {
-    return reply.attribute(QNetworkRequest::HttpStatusCodeAttribute).toInt();
-}
+int httpStatus(const QNetworkReply& reply) { return reply.attribute(QNetworkRequest::HttpStatusCodeAttribute).toInt(); }
 
 QString downloadName(const AppcastItem& item) {
     const QString name = QFileInfo(item.url.path()).fileName();
@@ -47,7 +45,8 @@ Updater::Options completed(Updater::Options options) {
     if (options.downloadFolder.isEmpty()) {
         options.downloadFolder = QStandardPaths::writableLocation(QStandardPaths::DownloadLocation);
         if (options.downloadFolder.isEmpty())
-            options.downloadFolder = QStandardPaths::writableLocation(QStandardPaths::CacheLocation) + QStringLiteral("/updates");
+            options.downloadFolder =
+                QStandardPaths::writableLocation(QStandardPaths::CacheLocation) + QStringLiteral("/updates");
     }
     return options;
 }
@@ -57,9 +56,13 @@ Updater::Options completed(Updater::Options options) {
 Updater::Updater(QObject* parent) : Updater(Options{}, parent) {}
 
 Updater::Updater(Options options, QObject* parent)
-    : QObject(parent), options_(completed(std::move(options))), network_(std::make_unique<QNetworkAccessManager>()),
-      stallTimer_(new QTimer(this)), checkTimer_(new QTimer(this)) {
-    for (auto [timer, interval] : {std::pair{stallTimer_, options_.stallTimeout}, std::pair{checkTimer_, options_.checkTimeout}}) {
+    : QObject(parent),
+      options_(completed(std::move(options))),
+      network_(std::make_unique<QNetworkAccessManager>()),
+      stallTimer_(new QTimer(this)),
+      checkTimer_(new QTimer(this)) {
+    for (auto [timer, interval] :
+         {std::pair{stallTimer_, options_.stallTimeout}, std::pair{checkTimer_, options_.checkTimeout}}) {
         timer->setSingleShot(true);
         timer->setInterval(interval);
         connect(timer, &QTimer::timeout, this, [this] { abort(Abort::stalled); });
@@ -171,7 +174,8 @@ void Updater::finishCheck(bool userAsked) {
     reply->deleteLater();
     if (reply->isOpen()) feed_ += reply->readAll();
     const int status = httpStatus(*reply);
-    const bool failed = abort_ != Abort::none || reply->error() != QNetworkReply::NoError || status < 200 || status >= 300;
+    const bool failed =
+        abort_ != Abort::none || reply->error() != QNetworkReply::NoError || status < 200 || status >= 300;
     std::optional<std::vector<AppcastItem>> items;
     if (!failed) items = Appcast::parse(feed_, reply->url());
     feed_.clear();
@@ -194,7 +198,8 @@ void Updater::download(const AppcastItem& item) {
     if (!isFetchable(item.url)) return failDownload(sentence(UpdateTexts::invalidFeedAddress));
     if (!QDir().mkpath(options_.downloadFolder)) return failDownload(sentence(UpdateTexts::notSaved));
     // Beside the destination, so that the final rename stays on one file system.
-    partial_ = std::make_unique<QTemporaryFile>(options_.downloadFolder + QStringLiteral("/.lumabroom-download-XXXXXX.part"));
+    partial_ =
+        std::make_unique<QTemporaryFile>(options_.downloadFolder + QStringLiteral("/.lumabroom-download-XXXXXX.part"));
     if (!partial_->open()) return failDownload(sentence(UpdateTexts::notSaved));
 
     QNetworkReply* reply = get(item.url);
@@ -204,9 +209,10 @@ void Updater::download(const AppcastItem& item) {
         if (expected > 0 && received_ > expected) return abort(Abort::wrongLength);
         if (partial_->write(data) != data.size()) abort(Abort::notSaved);
     });
-    connect(reply, &QNetworkReply::downloadProgress, this, [this, expected = item.length](qint64 received, qint64 total) {
-        Q_EMIT downloadProgress(received, expected > 0 ? expected : total);
-    });
+    connect(reply, &QNetworkReply::downloadProgress, this,
+            [this, expected = item.length](qint64 received, qint64 total) {
+                Q_EMIT downloadProgress(received, expected > 0 ? expected : total);
+            });
     connect(reply, &QNetworkReply::finished, this, [this, item] { finishDownload(item); });
 }
 
@@ -224,9 +230,9 @@ void Updater::finishDownload(const AppcastItem& item) {
     const auto error = reply->error();
     if (abort_ != Abort::none || error != QNetworkReply::NoError || status < 200 || status >= 300) {
         // A connection that closed early is a short file, whatever the transport called it.
-        const bool cutShort = abort_ == Abort::none && status < 300 && item.length > 0 && received_ < item.length &&
-                              error != QNetworkReply::TimeoutError && error != QNetworkReply::OperationCanceledError &&
-                              error != QNetworkReply::TooManyRedirectsError;
+        const bool cutShort = abort_ == Abort::none && status < 300 && item.length > 0 && received_ < item.length
+                              && error != QNetworkReply::TimeoutError && error != QNetworkReply::OperationCanceledError
+                              && error != QNetworkReply::TooManyRedirectsError;
         return failDownload(cutShort ? sentence(UpdateTexts::wrongLength) : failure(*reply));
     }
     if (!partial_->flush()) return failDownload(sentence(UpdateTexts::notSaved));

@@ -28,10 +28,10 @@ class Updater : public QObject {
 public:
     // What a build fixes; tests replace it to talk to their own server with their own key.
     struct Options {
-        QString currentVersion;    // the running version; the build's when empty
-        QUrl builtInFeedURL;       // the build's when empty; the setting "updateFeedURL" overrides it
-        QByteArray publicKey;      // Ed25519, base64; the build's when empty
-        QString downloadFolder;    // the user's Downloads (or the cache folder) when empty
+        QString currentVersion; // the running version; the build's when empty
+        QUrl builtInFeedURL;    // the build's when empty; the setting "updateFeedURL" overrides it
+        QByteArray publicKey;   // Ed25519, base64; the build's when empty
+        QString downloadFolder; // the user's Downloads (or the cache folder) when empty
         std::chrono::milliseconds stallTimeout{20'000}; // no byte for this long ends a transfer
         std::chrono::milliseconds checkTimeout{60'000}; // a check takes no longer, however the feed trickles in
         int redirectLimit = 5;

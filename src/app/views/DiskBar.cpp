@@ -70,7 +70,8 @@ QBrush DiskSegmentedBar::segmentFill(std::size_t index, const QRectF& rect, cons
     }
 }
 
-void DiskSegmentedBar::paint(QPainter& painter, const QRectF& rect, const DiskBreakdown& breakdown, const Theme& theme) {
+void DiskSegmentedBar::paint(QPainter& painter, const QRectF& rect, const DiskBreakdown& breakdown,
+                             const Theme& theme) {
     QPainterPath capsule;
     capsule.addRoundedRect(rect, rect.height() / 2, rect.height() / 2);
     painter.save();
@@ -136,7 +137,8 @@ DiskBar::DiskBar(QWidget* parent)
 
     auto* legend = new QHBoxLayout;
     legend->setSpacing(12);
-    for (const auto& [segment, label] : {std::pair{kCleanableSegment, cleanableLegend_}, std::pair{kReportOnlySegment, reportOnlyLegend_}}) {
+    for (const auto& [segment, label] :
+         {std::pair{kCleanableSegment, cleanableLegend_}, std::pair{kReportOnlySegment, reportOnlyLegend_}}) {
         auto* item = new QHBoxLayout;
         item->setSpacing(5);
         item->addWidget(new Swatch(segment, this), 0, Qt::AlignVCenter);
@@ -161,8 +163,9 @@ void DiskBar::refresh() {
     cleanableLegend_->setText(StyleText::text("可清理") + QLatin1Char(' ') + bytes(breakdown.cleanable));
     reportOnlyLegend_->setText(StyleText::text("需专用操作") + QLatin1Char(' ') + bytes(breakdown.reportOnly));
     hint_->setVisible(breakdown.cleanable >= 1);
-    hint_->setText(StyleText::formatted("清掉可清理的 %1 后,剩余空间到 %2",
-                                        {bytesText(breakdown.cleanable), bytesText(disk.available + breakdown.cleanable)}));
+    hint_->setText(
+        StyleText::formatted("清掉可清理的 %1 后,剩余空间到 %2",
+                             {bytesText(breakdown.cleanable), bytesText(disk.available + breakdown.cleanable)}));
     setAccessibleName(remaining_->text());
 }
 

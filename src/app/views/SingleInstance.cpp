@@ -24,8 +24,8 @@ QString SingleInstance::defaultName() {
     const QString user = QDir::homePath();
 #endif
     // Hashed, so a home path with any characters still makes a valid socket name.
-    return QStringLiteral("lumabroom-") +
-           QString::fromLatin1(QCryptographicHash::hash(user.toUtf8(), QCryptographicHash::Sha1).toHex().left(16));
+    return QStringLiteral("lumabroom-")
+           + QString::fromLatin1(QCryptographicHash::hash(user.toUtf8(), QCryptographicHash::Sha1).toHex().left(16));
 }
 
 SingleInstance::SingleInstance(QString name, QObject* parent) : QObject(parent), name_(std::move(name)) {}

@@ -124,7 +124,8 @@ QRectF reach(const QPolygonF& polygon, bool emphasised) {
 
 } // namespace
 
-QPolygonF sectorPolygon(QPointF centre, double innerRadius, double outerRadius, double start, double end, double scale) {
+QPolygonF sectorPolygon(QPointF centre, double innerRadius, double outerRadius, double start, double end,
+                        double scale) {
     QPolygonF polygon;
     appendArc(polygon, centre, outerRadius, start, end, scale);
     appendArc(polygon, centre, innerRadius, end, start, scale);
@@ -177,9 +178,11 @@ void paint(QPainter& painter, QPointF centre, std::span<const DrawnSegment> shap
         if (area.isValid() && !area.intersects(reach(polygon, shape.emphasised))) continue;
         if (shape.emphasised) {
             if (!glows) paintGlow(painter, blurredGlow(polygon, shape.color));
-            else paintGlow(painter, cachedGlow(*glows, {centre, shape.innerRadius, shape.outerRadius, shape.start,
-                                                        shape.end, scale, shape.color.rgba()},
-                                               polygon, shape.color));
+            else
+                paintGlow(painter, cachedGlow(*glows,
+                                              {centre, shape.innerRadius, shape.outerRadius, shape.start, shape.end,
+                                               scale, shape.color.rgba()},
+                                              polygon, shape.color));
         }
         const QColor color = faded(shape.color, shape.alpha);
         painter.setBrush(color);

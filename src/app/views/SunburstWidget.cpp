@@ -131,8 +131,8 @@ void SunburstWidget::moveKeyboardFocus(int step) {
     if (list.empty()) return;
     const auto it = hoverID ? std::ranges::find(list, *hoverID, &Segment::id) : list.end();
     const int count = int(list.size());
-    const int index = it == list.end() ? (step > 0 ? 0 : count - 1)
-                                       : ((int(it - list.begin()) + step) % count + count) % count;
+    const int index =
+        it == list.end() ? (step > 0 ? 0 : count - 1) : ((int(it - list.begin()) + step) % count + count) % count;
     const Segment& chosen = list[std::size_t(index)];
     hoverID = chosen.id;
     hoverLocation = middle(chosen, rect().center(), Sunburst::radius(size()));
@@ -211,7 +211,8 @@ void SunburstWidget::paintEvent(QPaintEvent*) {
     }
     paintCenterLabel(painter, now);
     if (hoverID) {
-        if (const auto it = std::ranges::find(list, *hoverID, &Segment::id); it != list.end()) paintTooltip(painter, *it);
+        if (const auto it = std::ranges::find(list, *hoverID, &Segment::id); it != list.end())
+            paintTooltip(painter, *it);
     }
 }
 

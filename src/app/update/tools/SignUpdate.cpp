@@ -45,7 +45,8 @@ int generateKeys(const char* secretPath) {
 int sign(const char* secretPath, const char* path) {
     QFile secretFile(QString::fromLocal8Bit(secretPath));
     if (!secretFile.open(QIODevice::ReadOnly)) return fail("cannot read", secretPath);
-    const auto secret = QByteArray::fromBase64Encoding(secretFile.readAll().trimmed(), QByteArray::AbortOnBase64DecodingErrors);
+    const auto secret =
+        QByteArray::fromBase64Encoding(secretFile.readAll().trimmed(), QByteArray::AbortOnBase64DecodingErrors);
     if (!secret || secret.decoded.size() != crypto_sign_SECRETKEYBYTES) return fail("not a secret key", secretPath);
     QFile file(QString::fromLocal8Bit(path));
     if (!file.open(QIODevice::ReadOnly)) return fail("cannot read", path);

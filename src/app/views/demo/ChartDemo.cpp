@@ -58,7 +58,8 @@ void selectSome(ChartSample& sample) {
     const auto groups = visibleGroups(sample.results);
     for (const VisibleGroup& group : groups) {
         const RuleScanResult& biggest = *group.results.front();
-        for (std::size_t i = 0; i < biggest.entries.size() && i < 2; ++i) sample.selected.insert(biggest.entries[i].id());
+        for (std::size_t i = 0; i < biggest.entries.size() && i < 2; ++i)
+            sample.selected.insert(biggest.entries[i].id());
     }
 }
 

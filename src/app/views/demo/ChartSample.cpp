@@ -11,8 +11,8 @@ namespace lumabroom {
 
 namespace {
 
-constexpr std::array<const char*, 12> names{"atlas", "harbor", "quill", "meridian", "sprout", "lantern",
-                                            "orbit", "tundra", "cobalt", "fable", "ember", "juniper"};
+constexpr std::array<const char*, 12> names{"atlas", "harbor", "quill",  "meridian", "sprout", "lantern",
+                                            "orbit", "tundra", "cobalt", "fable",    "ember",  "juniper"};
 
 // A fixed sequence, so every run draws the same chart.
 struct Sequence {
@@ -27,7 +27,8 @@ struct Sequence {
 };
 
 ScanEntry entry(const CleanRule& rule, std::size_t index, std::int64_t size) {
-    const std::string name = std::string(names[index % names.size()]) + (index >= names.size() ? "-" + std::to_string(index) : "");
+    std::string name(names[index % names.size()]);
+    if (index >= names.size()) name += '-' + std::to_string(index);
     return ScanEntry{.url = "/Users/dev/" + rule.id + "/" + name, .size = size, .label = std::nullopt};
 }
 

@@ -24,11 +24,11 @@ QMessageBox* confirm(QWidget* parent, const QString& title, const QString& messa
     cancel->setAccessibleName(cancel->text());
     box->setDefaultButton(cancel);
     box->setEscapeButton(cancel);
-    QObject::connect(box, &QMessageBox::finished, box, [box, destroy, onConfirm = std::move(onConfirm),
-                                                        onDismiss = std::move(onDismiss)] {
-        if (box->clickedButton() == destroy) onConfirm();
-        else onDismiss();
-    });
+    QObject::connect(box, &QMessageBox::finished, box,
+                     [box, destroy, onConfirm = std::move(onConfirm), onDismiss = std::move(onDismiss)] {
+                         if (box->clickedButton() == destroy) onConfirm();
+                         else onDismiss();
+                     });
     box->open();
     return box;
 }

@@ -4,7 +4,6 @@
 
 #include <QApplication>
 #include <QContextMenuEvent>
-#include <QStyle>
 #include <QFrame>
 #include <QGraphicsOpacityEffect>
 #include <QHBoxLayout>
@@ -13,13 +12,17 @@
 #include <QMouseEvent>
 #include <QPainter>
 #include <QProgressBar>
+#include <QStyle>
 #include <QToolButton>
 #include <QVBoxLayout>
 
 namespace lumabroom {
 
 BarRow::BarRow(QColor barColor, double fraction, QWidget* parent)
-    : QWidget(parent), barColor_(barColor), fraction_(fraction), content_(new QHBoxLayout(this)) {
+    : QWidget(parent),
+      barColor_(barColor),
+      fraction_(fraction),
+      content_(new QHBoxLayout(this)) {
     content_->setContentsMargins(8, 6, 8, 6);
     setAttribute(Qt::WA_Hover);
 }
@@ -94,7 +97,8 @@ namespace DetailRows {
 QIcon icon(Icon which) {
     QStyle* style = QApplication::style();
     switch (which) {
-    case Icon::reveal: return QIcon::fromTheme(QStringLiteral("edit-find"), style->standardIcon(QStyle::SP_FileDialogContentsView));
+    case Icon::reveal:
+        return QIcon::fromTheme(QStringLiteral("edit-find"), style->standardIcon(QStyle::SP_FileDialogContentsView));
     case Icon::trash: return QIcon::fromTheme(QStringLiteral("user-trash"), style->standardIcon(QStyle::SP_TrashIcon));
     case Icon::copy: return QIcon::fromTheme(QStringLiteral("edit-copy"), style->standardIcon(QStyle::SP_FileLinkIcon));
     case Icon::folder: return style->standardIcon(QStyle::SP_DirIcon);
@@ -139,7 +143,8 @@ QWidget* card(QWidget* parent, const QColor& tint) {
     if (tint.isValid()) {
         QColor background = tint;
         background.setAlphaF(0.12f);
-        frame->setStyleSheet(QStringLiteral("QFrame#tinted{background:%1;border-radius:8px;}").arg(background.name(QColor::HexArgb)));
+        frame->setStyleSheet(
+            QStringLiteral("QFrame#tinted{background:%1;border-radius:8px;}").arg(background.name(QColor::HexArgb)));
         frame->setObjectName(QStringLiteral("tinted"));
     }
     auto* column = new QVBoxLayout(frame);

@@ -84,7 +84,8 @@ std::string worktreeDeleteWarning(const WorktreeInfo& worktree) {
     if (worktree.dirtyFiles > 0)
         lost.push_back(DetailText::counted("%n 个改了还没提交的文件", worktree.dirtyFiles).toStdString());
     if (worktree.orphanCommits > 0)
-        lost.push_back(DetailText::counted("%n 个只存在于这里的提交(不在任何分支上)", worktree.orphanCommits).toStdString());
+        lost.push_back(
+            DetailText::counted("%n 个只存在于这里的提交(不在任何分支上)", worktree.orphanCommits).toStdString());
     if (lost.empty())
         return DetailText::text("没有没提交的改动,提交也都在分支上。删掉这个工作副本不会丢任何东西——分支本身不会被删。")
             .toStdString();

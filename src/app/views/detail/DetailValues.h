@@ -17,7 +17,7 @@
 // widgets only lay it out.
 namespace lumabroom::DetailValues {
 
-inline constexpr std::size_t kFoldAt = 16;      // lists this long show only their head while folded
+inline constexpr std::size_t kFoldAt = 16; // lists this long show only their head while folded
 inline constexpr std::size_t kFoldedRows = 10;
 inline constexpr std::size_t kTmpFolderListLimit = 60;
 inline constexpr std::int64_t kTmpFolderMinBytes = 100 * 1024 * 1024;

@@ -50,8 +50,9 @@ QWidget* RuleDetailPanel::dockerActionsCard(const RuleScanResult& result) {
 QWidget* RuleDetailPanel::inventory() {
     if (!model_.dockerInventory()) {
         if (!model_.isLoadingInventory()) return nullptr;
-        return hbox(nullptr, {DetailRows::spinner(text("正在读取镜像/容器/数据卷清单…"), nullptr),
-                              label(text("正在读取镜像/容器/数据卷清单…"), nullptr, kSecondary)},
+        return hbox(nullptr,
+                    {DetailRows::spinner(text("正在读取镜像/容器/数据卷清单…"), nullptr),
+                     label(text("正在读取镜像/容器/数据卷清单…"), nullptr, kSecondary)},
                     true);
     }
     const DockerInventory& inventory = *model_.dockerInventory();
@@ -74,7 +75,8 @@ QWidget* RuleDetailPanel::inventorySection(std::string_view title, const std::ve
     auto* inside = new QHBoxLayout(header);
     inside->setContentsMargins(0, 0, 8, 0);
     inside->addStretch();
-    QLabel* count = label(counted("%n 个 · %1", static_cast<std::int64_t>(items.size()), {bytes(total)}), header, kSecondary);
+    QLabel* count =
+        label(counted("%n 个 · %1", static_cast<std::int64_t>(items.size()), {bytes(total)}), header, kSecondary);
     count->setAttribute(Qt::WA_TransparentForMouseEvents);
     inside->addWidget(count);
     connect(header, &QPushButton::clicked, this, [this, expanded] {
@@ -89,9 +91,10 @@ QWidget* RuleDetailPanel::inventorySection(std::string_view title, const std::ve
         QToolButton* trash = DetailRows::iconButton(Icon::trash, formatted("删除 %1", {item.name}), nullptr);
         trash->setEnabled(!model_.pruningTarget());
         connect(trash, &QToolButton::clicked, this, [this, item] { askDockerItemDelete(item); });
-        auto* row = hbox(nullptr, {vbox(nullptr, {DetailRows::elided(q(item.name), Qt::ElideMiddle, nullptr),
-                                                  DetailRows::elided(q(item.detail), Qt::ElideRight, nullptr, kTertiary)}),
-                                   size, trash});
+        auto* row =
+            hbox(nullptr, {vbox(nullptr, {DetailRows::elided(q(item.name), Qt::ElideMiddle, nullptr),
+                                          DetailRows::elided(q(item.detail), Qt::ElideRight, nullptr, kTertiary)}),
+                           size, trash});
         static_cast<QHBoxLayout*>(row->layout())->setStretch(0, 1);
         rows.push_back(row);
     }

@@ -2,9 +2,9 @@
 
 #include "CardParts.h"
 #include "DetailDialogs.h"
+#include "DetailLook.h"
 #include "DetailValues.h"
 #include "DisplayName.h"
-#include "DetailLook.h"
 
 #include "tools/OllamaModelLister.h"
 #include "tools/SimulatorDevices.h"
@@ -34,9 +34,9 @@ QWidget* RuleDetailPanel::selectionBar(const RuleScanResult& result) {
             size += e.size;
         }
     }
-    QLabel* summary = label(counted("已选 %1/%n 项 · %2", static_cast<std::int64_t>(result.entries.size()),
-                                    {number(count), bytes(size)}),
-                            nullptr, kSecondary);
+    QLabel* summary = label(
+        counted("已选 %1/%n 项 · %2", static_cast<std::int64_t>(result.entries.size()), {number(count), bytes(size)}),
+        nullptr, kSecondary);
     summary->setObjectName(QStringLiteral("selection-summary"));
     auto* row = hbox(nullptr, {toggle}, true);
     summary->setParent(row);
@@ -59,9 +59,10 @@ QWidget* RuleDetailPanel::entriesCard(const RuleScanResult& result) {
     if (folded) {
         std::int64_t rest = 0;
         for (std::size_t i = shown; i < visible.size(); ++i) rest += visible[i].size;
-        QPushButton* unfold = button(QStringLiteral("⌄ ") + counted("展开其余 %n 项 · %1",
-                                                                   static_cast<std::int64_t>(visible.size() - shown), {bytes(rest)}),
-                                     nullptr);
+        QPushButton* unfold = button(
+            QStringLiteral("⌄ ")
+                + counted("展开其余 %n 项 · %1", static_cast<std::int64_t>(visible.size() - shown), {bytes(rest)}),
+            nullptr);
         unfold->setFlat(true);
         unfold->setObjectName(QStringLiteral("unfold"));
         connect(unfold, &QPushButton::clicked, this, [this] {
@@ -125,7 +126,8 @@ QWidget* RuleDetailPanel::entryRow(const RuleScanResult& result, const ScanEntry
 void RuleDetailPanel::askEntryDelete(const ScanEntry& entry) {
     state_.pendingModelDelete = entry;
     dialog_ = DetailDialogs::confirm(
-        this, formatted("删除 %1?", {displayName(entry)}), text(DetailValues::entryDeleteMessageKey(ruleID_)), text("删除"),
+        this, formatted("删除 %1?", {displayName(entry)}), text(DetailValues::entryDeleteMessageKey(ruleID_)),
+        text("删除"),
         [this] {
             if (!state_.pendingModelDelete) return;
             const ScanEntry pending = *std::exchange(state_.pendingModelDelete, std::nullopt);

@@ -1,8 +1,8 @@
 #include "RuleDetailPanel.h"
 
 #include "CardParts.h"
-#include "DetailValues.h"
 #include "DetailLook.h"
+#include "DetailValues.h"
 
 #include <QFontDatabase>
 #include <QHBoxLayout>
@@ -16,18 +16,20 @@ using namespace CardParts;
 
 QWidget* RuleDetailPanel::orbStackLoadingBanner() {
     QWidget* card = DetailRows::card(nullptr, DetailLook::orange());
-    columnOf(card)->addWidget(hbox(card, {DetailRows::spinner(text("正在读取 Docker 占用分解…"), nullptr),
-                                          vbox(nullptr, {label(text("正在读取 Docker 占用分解…"), nullptr),
-                                                         label(text("docker system df 需要几秒,镜像/容器/数据卷越多越慢"),
-                                                               nullptr, kSecondary)})},
-                                   true));
+    columnOf(card)->addWidget(
+        hbox(card,
+             {DetailRows::spinner(text("正在读取 Docker 占用分解…"), nullptr),
+              vbox(nullptr, {label(text("正在读取 Docker 占用分解…"), nullptr),
+                             label(text("docker system df 需要几秒,镜像/容器/数据卷越多越慢"), nullptr, kSecondary)})},
+             true));
     return card;
 }
 
 QWidget* RuleDetailPanel::orbStackOffBanner() {
     QWidget* card = DetailRows::card(nullptr, DetailLook::orange());
-    QLabel* detail = label(text("虚拟磁盘是 Linux 文件系统镜像,macOS 无法直接解析内部构成;启动后会自动细分并可执行清理"), nullptr,
-                           kSecondary);
+    QLabel* detail =
+        label(text("虚拟磁盘是 Linux 文件系统镜像,macOS 无法直接解析内部构成;启动后会自动细分并可执行清理"), nullptr,
+              kSecondary);
     detail->setWordWrap(true);
     QWidget* end;
     if (model_.isStartingOrbStack()) {
@@ -37,8 +39,9 @@ QWidget* RuleDetailPanel::orbStackOffBanner() {
         connect(start, &QPushButton::clicked, this, [this] { model_.startOrbStack(); });
         end = start;
     }
-    auto* row = hbox(card, {label(QStringLiteral("☾"), nullptr, QStringLiteral("color:%1;").arg(DetailLook::orange().name())),
-                            vbox(nullptr, {label(text("OrbStack 未在运行"), nullptr), detail})});
+    auto* row =
+        hbox(card, {label(QStringLiteral("☾"), nullptr, QStringLiteral("color:%1;").arg(DetailLook::orange().name())),
+                    vbox(nullptr, {label(text("OrbStack 未在运行"), nullptr), detail})});
     static_cast<QHBoxLayout*>(row->layout())->setStretch(1, 1);
     end->setParent(row);
     row->layout()->addWidget(end);
@@ -50,9 +53,10 @@ QWidget* RuleDetailPanel::reportOnlyBox(const RuleScanResult& result) {
     QWidget* card = DetailRows::card(nullptr);
     QLabel* note = label(q(result.rule.note()), nullptr, kSecondary);
     note->setWordWrap(true);
-    auto* row = hbox(card, {label(QStringLiteral("ⓘ"), nullptr, QStringLiteral("color:%1;").arg(DetailLook::accent().name())),
-                            vbox(nullptr, {label(text("此项只统计大小,不直接删除"), nullptr, QStringLiteral("font-weight:500;")),
-                                           note})});
+    auto* row = hbox(
+        card,
+        {label(QStringLiteral("ⓘ"), nullptr, QStringLiteral("color:%1;").arg(DetailLook::accent().name())),
+         vbox(nullptr, {label(text("此项只统计大小,不直接删除"), nullptr, QStringLiteral("font-weight:500;")), note})});
     static_cast<QHBoxLayout*>(row->layout())->setStretch(1, 1);
     if (const std::optional<std::string> command = DetailValues::embeddedCommand(result.rule.note())) {
         QPushButton* copy = button(text("复制命令"), row);

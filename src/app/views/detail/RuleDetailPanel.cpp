@@ -1,10 +1,10 @@
 #include "RuleDetailPanel.h"
 
 #include "CardParts.h"
+#include "DetailLook.h"
 #include "DetailRows.h"
 #include "DetailValues.h"
 #include "DisplayName.h"
-#include "DetailLook.h"
 
 #include "scan/BuiltinRules.h"
 
@@ -24,7 +24,10 @@ namespace lumabroom {
 using namespace CardParts;
 
 RuleDetailPanel::RuleDetailPanel(AppModel& model, std::string ruleID, QWidget* parent)
-    : QWidget(parent), model_(model), ruleID_(std::move(ruleID)), scroll_(new QScrollArea(this)) {
+    : QWidget(parent),
+      model_(model),
+      ruleID_(std::move(ruleID)),
+      scroll_(new QScrollArea(this)) {
     auto* layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->addWidget(scroll_);
@@ -33,13 +36,12 @@ RuleDetailPanel::RuleDetailPanel(AppModel& model, std::string ruleID, QWidget* p
     scroll_->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     setAccessibleName(QStringLiteral("rule-detail"));
 
-    for (auto signal : {&AppModel::resultsChanged, &AppModel::selectedEntryIDsChanged, &AppModel::isBusyChanged,
-                        &AppModel::runningCommandRuleIDChanged, &AppModel::topSessionsChanged,
-                        &AppModel::isLoadingTopSessionsChanged, &AppModel::worktreesChanged,
-                        &AppModel::isLoadingWorktreesChanged, &AppModel::removingWorktreeIDChanged,
-                        &AppModel::pruningTargetChanged, &AppModel::dockerInventoryChanged,
-                        &AppModel::isLoadingInventoryChanged, &AppModel::isStartingOrbStackChanged,
-                        &AppModel::isRefiningOrbStackChanged})
+    for (auto signal :
+         {&AppModel::resultsChanged, &AppModel::selectedEntryIDsChanged, &AppModel::isBusyChanged,
+          &AppModel::runningCommandRuleIDChanged, &AppModel::topSessionsChanged, &AppModel::isLoadingTopSessionsChanged,
+          &AppModel::worktreesChanged, &AppModel::isLoadingWorktreesChanged, &AppModel::removingWorktreeIDChanged,
+          &AppModel::pruningTargetChanged, &AppModel::dockerInventoryChanged, &AppModel::isLoadingInventoryChanged,
+          &AppModel::isStartingOrbStackChanged, &AppModel::isRefiningOrbStackChanged})
         connect(&model_, signal, this, &RuleDetailPanel::scheduleRebuild);
 
     rebuild();
@@ -108,10 +110,9 @@ void RuleDetailPanel::rebuild() {
 
         if (rule.id == "tool.orbstack" && model_.isRefiningOrbStack() && !docker)
             column->addWidget(orbStackLoadingBanner());
-        else if (rule.id == "tool.orbstack" && !docker)
-            column->addWidget(orbStackOffBanner());
-        else if (rule.safety == SafetyLevel::reportOnly && !docker && rule.id != "tool.ollama" &&
-                 rule.id != "tool.codex-worktrees" && rule.id != "code.claude-sessions" && !command)
+        else if (rule.id == "tool.orbstack" && !docker) column->addWidget(orbStackOffBanner());
+        else if (rule.safety == SafetyLevel::reportOnly && !docker && rule.id != "tool.ollama"
+                 && rule.id != "tool.codex-worktrees" && rule.id != "code.claude-sessions" && !command)
             column->addWidget(reportOnlyBox(result));
 
         if (command) column->addWidget(maintenanceCard(*command));
@@ -156,8 +157,7 @@ void RuleDetailPanel::keyPressEvent(QKeyEvent* event) {
 }
 
 void RuleDetailPanel::goBack() {
-    if (const std::optional<RuleScanResult> result = current())
-        model_.setRoute(Route::category(result->rule.category));
+    if (const std::optional<RuleScanResult> result = current()) model_.setRoute(Route::category(result->rule.category));
 }
 
 QWidget* RuleDetailPanel::backRow(const RuleScanResult& result) {
@@ -175,7 +175,8 @@ QWidget* RuleDetailPanel::header(const RuleScanResult& result) {
     layout->setContentsMargins(0, 0, 0, 0);
     layout->addWidget(DetailLook::ruleIconTile(rule, row), 0, Qt::AlignTop);
 
-    QLabel* name = DetailRows::elided(q(rule.name()), Qt::ElideRight, nullptr, QStringLiteral("font-size:17px;font-weight:600;"));
+    QLabel* name =
+        DetailRows::elided(q(rule.name()), Qt::ElideRight, nullptr, QStringLiteral("font-size:17px;font-weight:600;"));
     name->setToolTip(q(rule.name()));
     QLabel* note = label(q(rule.note()), nullptr, kSecondary);
     note->setWordWrap(true);
@@ -187,7 +188,8 @@ QWidget* RuleDetailPanel::header(const RuleScanResult& result) {
         paths->setToolTip(all.join(QLatin1Char('\n')));
         paths->setWordWrap(true);
     }
-    layout->addWidget(vbox(row, {hbox(nullptr, {name, DetailLook::safetyBadge(rule.safety, nullptr)}, true), note, paths}), 1);
+    layout->addWidget(
+        vbox(row, {hbox(nullptr, {name, DetailLook::safetyBadge(rule.safety, nullptr)}, true), note, paths}), 1);
 
     const std::int64_t total = result.totalSize();
     QLabel* size = label(q(bytes(total)), nullptr,

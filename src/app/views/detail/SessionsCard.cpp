@@ -27,7 +27,8 @@ std::vector<ScanEntry> RuleDetailPanel::selectedTopSessions() const {
 QWidget* RuleDetailPanel::topSessionsBar() {
     const auto& sessions = model_.topSessions();
     if (!sessions || sessions->empty()) return nullptr;
-    const bool all = std::ranges::all_of(*sessions, [this](const ScanEntry& e) { return state_.selectedSessionIDs.contains(e.id()); });
+    const bool all = std::ranges::all_of(
+        *sessions, [this](const ScanEntry& e) { return state_.selectedSessionIDs.contains(e.id()); });
     QPushButton* toggle = button(text(all ? "取消全选" : "全选"), nullptr);
     toggle->setObjectName(QStringLiteral("sessions-toggle"));
     connect(toggle, &QPushButton::clicked, this, [this, all] {
@@ -94,8 +95,8 @@ QWidget* RuleDetailPanel::topSessionsCard() {
 void RuleDetailPanel::askSessionDelete(const ScanEntry& entry) {
     state_.pendingSessionDelete = entry;
     dialog_ = DetailDialogs::confirm(
-        this, formatted("删除 %1?", {displayName(entry)}), text("将该会话文件移到废纸篓;之后无法在对应工具里 resume 这份对话。"),
-        text("删除"),
+        this, formatted("删除 %1?", {displayName(entry)}),
+        text("将该会话文件移到废纸篓;之后无法在对应工具里 resume 这份对话。"), text("删除"),
         [this] {
             const std::optional<ScanEntry> pending = std::exchange(state_.pendingSessionDelete, std::nullopt);
             if (pending) model_.deleteSessionFile(*pending, ruleID_);

@@ -2,8 +2,8 @@
 
 #include "CardParts.h"
 #include "DetailDialogs.h"
-#include "DetailValues.h"
 #include "DetailLook.h"
+#include "DetailValues.h"
 
 #include "text/Formatting.h"
 
@@ -74,8 +74,9 @@ QWidget* RuleDetailPanel::worktreeSection(const RuleScanResult& result) {
     const auto& worktrees = model_.worktrees();
     if (!worktrees) {
         if (!model_.isLoadingWorktrees()) return nullptr;
-        return hbox(nullptr, {DetailRows::spinner(text("正在检查各 worktree 的 git 状态…"), nullptr),
-                              label(text("正在检查各 worktree 的 git 状态…"), nullptr, kSecondary)},
+        return hbox(nullptr,
+                    {DetailRows::spinner(text("正在检查各 worktree 的 git 状态…"), nullptr),
+                     label(text("正在检查各 worktree 的 git 状态…"), nullptr, kSecondary)},
                     true);
     }
     if (worktrees->empty()) return emptyState("没有派生 worktree", "会话库里的主仓都没有登记 worktree");
@@ -101,14 +102,14 @@ QWidget* RuleDetailPanel::worktreeSection(const RuleScanResult& result) {
         QWidget* card = DetailRows::card(section);
         QLabel* repoName = label(q(std::filesystem::path(group.repoPath).filename().string()), nullptr,
                                  QStringLiteral("font-weight:600;"));
-        QLabel* repoPath = DetailRows::elided(q(DetailValues::withTilde(group.repoPath)), Qt::ElideMiddle, nullptr, kTertiary);
+        QLabel* repoPath =
+            DetailRows::elided(q(DetailValues::withTilde(group.repoPath)), Qt::ElideMiddle, nullptr, kTertiary);
         repoPath->setToolTip(q(group.repoPath));
         QLabel* total = label(counted("%n 个 · %1", static_cast<std::int64_t>(group.items.size()),
                                       {bytes(DetailValues::worktreeTotal(group.items))}),
                               nullptr, kSecondary);
         auto* header = new BarRow(QColor(), 0, card);
-        for (QWidget* w : {folderIcon(header), vbox(nullptr, {repoName, repoPath}),
-                           static_cast<QWidget*>(total)}) {
+        for (QWidget* w : {folderIcon(header), vbox(nullptr, {repoName, repoPath}), static_cast<QWidget*>(total)}) {
             w->setParent(header);
             header->content()->addWidget(w);
         }
@@ -125,7 +126,8 @@ QWidget* RuleDetailPanel::worktreeSection(const RuleScanResult& result) {
 
 QWidget* RuleDetailPanel::worktreeRow(const RuleScanResult& result, const WorktreeInfo& info, std::int64_t maxSize) {
     const bool removing = model_.removingWorktreeID() == info.id();
-    auto* row = new BarRow(DetailLook::ruleColor(result.rule), DetailValues::fraction(info.size.value_or(0), maxSize), nullptr);
+    auto* row =
+        new BarRow(DetailLook::ruleColor(result.rule), DetailValues::fraction(info.size.value_or(0), maxSize), nullptr);
     row->setObjectName(QStringLiteral("worktree-row"));
     row->setAccessibleName(q(info.repoName));
     row->content()->addWidget(label(QStringLiteral("↳"), row, kTertiary));
@@ -133,12 +135,14 @@ QWidget* RuleDetailPanel::worktreeRow(const RuleScanResult& result, const Worktr
     QWidget* first = titleLine(info, light());
 
     auto* second = hbox(nullptr, {});
-    QLabel* path = DetailRows::elided(q(DetailValues::withTilde(info.path.string())), Qt::ElideMiddle, second, kTertiary);
+    QLabel* path =
+        DetailRows::elided(q(DetailValues::withTilde(info.path.string())), Qt::ElideMiddle, second, kTertiary);
     path->setToolTip(q(info.path.string()));
     second->layout()->addWidget(path);
     if (info.lastModified) {
-        QLabel* age = label(QStringLiteral("· ") + q(Formatting::age(*info.lastModified, std::chrono::system_clock::now())),
-                            second, kTertiary);
+        QLabel* age =
+            label(QStringLiteral("· ") + q(Formatting::age(*info.lastModified, std::chrono::system_clock::now())),
+                  second, kTertiary);
         age->setToolTip(text("最后一次有文件改动的时间"));
         second->layout()->addWidget(age);
     }
