@@ -48,7 +48,8 @@ void worker() {
             folders.pop_back();
             ++busy;
         }
-        const int fd = ::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC | (folder.back() == '/' ? 0 : O_NOFOLLOW));
+        const int fd =
+            ::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC | (folder.back() == '/' ? 0 : O_NOFOLLOW));
         if (fd >= 0) {
             for (long n; (n = ::syscall(SYS_getdents64, fd, buffer, sizeof buffer)) > 0;) {
                 for (long at = 0; at < n;) {
@@ -63,7 +64,9 @@ void worker() {
                         type = S_ISDIR(st.st_mode) ? DT_DIR : S_ISREG(st.st_mode) ? DT_REG : DT_LNK;
                     }
                     if (type == DT_REG) bytes += static_cast<std::uint64_t>(st.st_blocks) * 512;
-                    else if (type == DT_DIR) found.push_back((folder.back() == '/' ? folder.substr(0, folder.size() - 1) : folder) + "/" + name);
+                    else if (type == DT_DIR)
+                        found.push_back((folder.back() == '/' ? folder.substr(0, folder.size() - 1) : folder) + "/"
+                                        + name);
                 }
             }
             ::close(fd);

@@ -31,7 +31,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         const DockerItem& first = list->front();
         const DockerInventory rest = inventory->removing(first);
         for (const auto* after : {&rest.images, &rest.containers, &rest.volumes})
-            for (const auto& item : *after) fuzz::require(item.id() != first.id(), "removing drops every item of the id");
+            for (const auto& item : *after)
+                fuzz::require(item.id() != first.id(), "removing drops every item of the id");
     }
     return 0;
 }

@@ -10,8 +10,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     if (input.find("reclaimed space:") == std::string_view::npos) fuzz::require(freed == "0B", "no line, 0B");
     fuzz::require(freed.find('\n') == std::string::npos && freed.find(':') == std::string::npos,
                   "one piece of one line");
-    fuzz::require(freed.empty() || (freed.front() != ' ' && freed.front() != '\t' && freed.back() != ' ' &&
-                                    freed.back() != '\t'),
+    fuzz::require(freed.empty()
+                      || (freed.front() != ' ' && freed.front() != '\t' && freed.back() != ' ' && freed.back() != '\t'),
                   "trimmed");
     return 0;
 }

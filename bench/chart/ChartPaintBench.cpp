@@ -37,8 +37,12 @@ void paintFrame(QImage& image, const ChartSample& sample, const Route* from, dou
     const ChartInput input = sample.input();
     const auto to = Sunburst::segments(input);
     const auto origin = from ? Sunburst::segments(input, *from) : std::vector<Segment>{};
-    const auto shapes = Morph::frame({.from = origin, .to = to, .progress = progress, .hoverID = hover,
-                                      .light = false, .palette = ChartPalette::hues},
+    const auto shapes = Morph::frame({.from = origin,
+                                      .to = to,
+                                      .progress = progress,
+                                      .hoverID = hover,
+                                      .light = false,
+                                      .palette = ChartPalette::hues},
                                      Sunburst::radius(viewSize));
     image.fill(background);
     QPainter painter(&image);

@@ -25,8 +25,10 @@ std::string isoTime(std::int64_t seconds) {
 struct CliHome : AgentHome {
     ProcessResult scan(std::vector<std::string> args) const {
         args.insert(args.begin(), scannerBinary());
-        return runProcess(args, {{"HOME", home.string()}, {"TMPDIR", tree->dir("tmp").string() + "/"},
-                                 {"XDG_DATA_HOME", (home / ".local/share").string()}, {"PATH", "/usr/bin:/bin"}});
+        return runProcess(args, {{"HOME", home.string()},
+                                 {"TMPDIR", tree->dir("tmp").string() + "/"},
+                                 {"XDG_DATA_HOME", (home / ".local/share").string()},
+                                 {"PATH", "/usr/bin:/bin"}});
     }
     // Each line of the output parsed; a line that is no JSON fails the test.
     std::vector<json> jsonLines(std::vector<std::string> args) const {
@@ -52,8 +54,8 @@ TEST(AgentsCli, WorktreesReportsTheFactsThenTheSizeOfEachWorktree) {
     makeStateDatabase(h.home / ".codex/state_5.sqlite", {app.string()});
 
     json worktree{{"path", orphan.string()}, {"parent", app.string()}, {"repoName", "app orphan"},
-                  {"branch", nullptr},       {"dirtyFiles", 1},         {"orphanCommits", 1},
-                  {"hasRemote", false},      {"size", nullptr},         {"lastModified", nullptr}};
+                  {"branch", nullptr},       {"dirtyFiles", 1},        {"orphanCommits", 1},
+                  {"hasRemote", false},      {"size", nullptr},        {"lastModified", nullptr}};
     std::vector<json> expected{{{"report", 0}, {"worktrees", json::array({worktree})}}};
     const TreeFacts facts = treeFacts(orphan);
     worktree["size"] = facts.bytes;
@@ -97,11 +99,12 @@ TEST(AgentsCli, SessionsListTheLargestFilesOfEachAgent) {
     EXPECT_NE(readable.find("~/src/app · 2024-03-01\n"), std::string::npos) << readable;
     EXPECT_NE(readable.find(" in 3 files\n"), std::string::npos) << readable;
 
-    const std::vector<std::string> usageErrors[] = {{"--sessions", "gemini"}, {"--sessions"}, {"--limit", "3"},
+    const std::vector<std::string> usageErrors[] = {{"--sessions", "gemini"},
+                                                    {"--sessions"},
+                                                    {"--limit", "3"},
                                                     {"--sessions", "codex", "--limit", "x"},
                                                     {"--worktrees", "--sessions", "claude"}};
-    for (const auto& bad : usageErrors)
-        EXPECT_EQ(h.scan(bad).status, 2) << bad.front() << " " << bad.back();
+    for (const auto& bad : usageErrors) EXPECT_EQ(h.scan(bad).status, 2) << bad.front() << " " << bad.back();
 }
 
 TEST(AgentsCli, TheScanNamesClaudeProjectsByTheirWorkingFolder) {
@@ -112,6 +115,6 @@ TEST(AgentsCli, TheScanNamesClaudeProjectsByTheirWorkingFolder) {
     const auto lines = h.jsonLines({"--json", "--rule", "code.claude-sessions"});
     ASSERT_EQ(lines.size(), 2u);
     EXPECT_EQ(lines[0]["entries"], json::array({{{"path", project.string()},
-                                                  {"size", fs::file_size(project / "s.jsonl")},
-                                                  {"label", "~/src/app"}}}));
+                                                 {"size", fs::file_size(project / "s.jsonl")},
+                                                 {"label", "~/src/app"}}}));
 }

@@ -35,9 +35,7 @@ struct Home : TempTree {
     void storeSetting(const std::string& value) {
         std::ofstream(file("config/Lumabroom/Lumabroom.conf")) << "[General]\nLumabroomLanguage=" << value << "\n";
     }
-    std::string settings() const {
-        return readFile(root() / "config/Lumabroom/Lumabroom.conf");
-    }
+    std::string settings() const { return readFile(root() / "config/Lumabroom/Lumabroom.conf"); }
     ProcessResult scan(std::vector<std::string> args, const std::string& languageVariable) const {
         std::map<std::string, std::string> env{{"HOME", (root() / "home").string()},
                                                {"TMPDIR", (root() / "tmp").string() + "/"},
@@ -66,12 +64,13 @@ struct FullHome : AgentHome {
         docker.respond("system df --format {{json .}}",
                        R"~({"Active":"1","Reclaimable":"1.2GB (45%)","Size":"2.7GB","TotalCount":"5","Type":"Images"})~"
                        "\n");
-        docker.respond("system df -v --format {{json .}}",
-                       R"~({"Images":[{"Containers":"0","ID":"sha256:fedcba9876543210","Repository":"<none>",)~"
-                       R"~("Size":"1.2GB","Tag":"<none>"}],"Containers":[{"ID":"3f2a1b4c5d6e7f80","Image":"postgres:16",)~"
-                       R"~("Names":"db","Size":"63B (virtual 438MB)","Status":"Up 3 hours"}],)~"
-                       R"~("Volumes":[{"Links":"1","Name":"pgdata","Size":"47.2MB"}]})~"
-                       "\n");
+        docker.respond(
+            "system df -v --format {{json .}}",
+            R"~({"Images":[{"Containers":"0","ID":"sha256:fedcba9876543210","Repository":"<none>",)~"
+            R"~("Size":"1.2GB","Tag":"<none>"}],"Containers":[{"ID":"3f2a1b4c5d6e7f80","Image":"postgres:16",)~"
+            R"~("Names":"db","Size":"63B (virtual 438MB)","Status":"Up 3 hours"}],)~"
+            R"~("Volumes":[{"Links":"1","Name":"pgdata","Size":"47.2MB"}]})~"
+            "\n");
         write(".orbstack/run/docker.sock", "");
         write(".ollama/models/manifests/registry.ollama.ai/library/llama3/8b", R"({"layers":[{"size":4661211808}]})");
         write(".claude/projects/p/a.jsonl", R"({"cwd":"/srv/app"})");
@@ -124,7 +123,8 @@ TEST(LanguageCli, EveryKeyOfTheScannerHasAnEnglishRowWithItsPlaceholders) {
         SCOPED_TRACE(std::string(key));
         const std::string source(key);
         std::multiset<std::string> wanted;
-        for (auto it = std::sregex_iterator(source.begin(), source.end(), placeholder); it != std::sregex_iterator(); ++it)
+        for (auto it = std::sregex_iterator(source.begin(), source.end(), placeholder); it != std::sregex_iterator();
+             ++it)
             wanted.insert(it->str());
         for (std::int64_t count : {1, 2}) {
             const auto english = Localization::tableText(AppLanguage::english, key, count);
@@ -159,13 +159,17 @@ TEST(LanguageCli, EveryModeSpeaksOneLanguage) {
         {&full, {"--models"}, "共 4.66 GB,1 个模型", "Total 4.66 GB in 1 model "},
         {&full, {"--sessions", "claude"}, "Claude Code 最大的会话\n", "Largest Claude Code sessions\n"},
         {&full, {"--simulators"}, "iPhone 15 · iOS 17.2", "iPhone 15 · iOS 17.2"},
-        {&full, {"--worktrees"}, "将丢失 1 个未提交的文件,1 个只在这里的提交 (没有远程仓库:别处没有副本)\n",
+        {&full,
+         {"--worktrees"},
+         "将丢失 1 个未提交的文件,1 个只在这里的提交 (没有远程仓库:别处没有副本)\n",
          "would lose 1 uncommitted file, 1 commit only here (no remote: no copy elsewhere)\n"},
         {&full, {}, "(未找到)", "(nothing found)"},
         {&empty, {"--models"}, "中没有 Ollama 模型。\n", "No Ollama models in ~/.ollama/models.\n"},
         {&empty, {"--sessions", "codex"}, "没有 Codex 的会话文件。\n", "No Codex session files.\n"},
         {&empty, {"--simulators"}, "没有找到模拟器设备。\n", "No simulator devices found.\n"},
-        {&empty, {"--worktrees"}, "代理工作过的仓库没有派生出工作树。\n",
+        {&empty,
+         {"--worktrees"},
+         "代理工作过的仓库没有派生出工作树。\n",
          "No worktrees derived from the repositories the agents worked in.\n"},
     };
     if (!std::filesystem::exists("/var/run/docker.sock"))
@@ -191,8 +195,12 @@ TEST(LanguageCli, PreferencesOfTheSystemPickTheLanguageOfTheWholeReport) {
     // First the volume of the home folder: its name, then used, free and total in decimal units.
     const std::regex englishHead(
         R"((.+)  [0-9.]+ (bytes|kB|MB|GB|TB) used · [0-9.]+ (bytes|kB|MB|GB|TB) free · [0-9.]+ (kB|MB|GB|TB) total)");
-    for (const auto& [variable, english] :
-         {std::pair{"de:en", true}, {"en_GB", true}, {"ja", false}, {"zh_TW", false}, {"fr:zh:en", false}, {"", false}}) {
+    for (const auto& [variable, english] : {std::pair{"de:en", true},
+                                            {"en_GB", true},
+                                            {"ja", false},
+                                            {"zh_TW", false},
+                                            {"fr:zh:en", false},
+                                            {"", false}}) {
         SCOPED_TRACE(std::string("LANGUAGE=") + variable);
         auto r = h.scan({}, variable);
         ASSERT_EQ(r.status, 0) << r.err;

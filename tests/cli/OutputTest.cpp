@@ -43,10 +43,8 @@ TEST(Output, TablesAlignByTerminalCells) {
 
 TEST(Output, PathsUnderTheHomeReadShorterAndCannotSteerTheTerminal) {
     const std::pair<const char*, const char*> cases[] = {
-        {"/home/u/.npm", "~/.npm"},
-        {"/home/u", "~"},
-        {"/home/user/x", "/home/user/x"},
-        {"/srv/a\nb", "$'/srv/a\\nb'"},
+        {"/home/u/.npm", "~/.npm"},           {"/home/u", "~"},
+        {"/home/user/x", "/home/user/x"},     {"/srv/a\nb", "$'/srv/a\\nb'"},
         {"/home/u/\x1b[31m", "$'~/\\E[31m'"},
     };
     for (const auto& [path, shown] : cases) {
@@ -57,5 +55,9 @@ TEST(Output, PathsUnderTheHomeReadShorterAndCannotSteerTheTerminal) {
 }
 
 TEST(Output, JsonLinesStayValidWithBytesThatAreNoUtf8) {
-    EXPECT_EQ(Output::jsonText(Output::Json{{"path", "a\xff" "b"}, {"size", 3}}), "{\"path\":\"a\xef\xbf\xbd" "b\",\"size\":3}");
+    EXPECT_EQ(Output::jsonText(Output::Json{{"path", "a\xff"
+                                                     "b"},
+                                            {"size", 3}}),
+              "{\"path\":\"a\xef\xbf\xbd"
+              "b\",\"size\":3}");
 }

@@ -18,8 +18,9 @@ namespace fs = std::filesystem;
 namespace {
 ProcessResult scan(const TempTree& tree, std::vector<std::string> args) {
     args.insert(args.begin(), scannerBinary());
-    return runProcess(args, {{"HOME", (tree / "home").string()}, {"TMPDIR", (tree / "tmp").string() + "/"},
-                             {"PATH", "/usr/bin:/bin"}});
+    return runProcess(
+        args,
+        {{"HOME", (tree / "home").string()}, {"TMPDIR", (tree / "tmp").string() + "/"}, {"PATH", "/usr/bin:/bin"}});
 }
 } // namespace
 
@@ -45,8 +46,9 @@ TEST(ScanCli, JsonScanOfAMacLikeHomeGivesExactlyWhatTheRulesDefine) {
     std::map<std::string, Entries> expected;
     for (const Planted& p : planted)
         expected[p.rule].emplace_back((t / p.entry).string(), allocatedBytes(t.file(p.entry + p.file, p.bytes)));
-    for (const char* noise : {"home/Library/Developer/Xcode/DerivedData/.DS_Store", "home/Downloads/.partial.dmg",
-                              "home/Library/Developer/CoreSimulator/Devices/device_set.plist", "home/Downloads/notes.txt"})
+    for (const char* noise :
+         {"home/Library/Developer/Xcode/DerivedData/.DS_Store", "home/Downloads/.partial.dmg",
+          "home/Library/Developer/CoreSimulator/Devices/device_set.plist", "home/Downloads/notes.txt"})
         t.file(noise, 100);
     t.file("home/.pnpm-store/v3/files/00/shared", 8000);
     t.hardlink("home/project/node_modules/shared", "home/.pnpm-store/v3/files/00/shared");
@@ -105,9 +107,13 @@ TEST(ScanCli, ReadableReportGroupsRulesByCategoryInOneLanguage) {
     TempTree t;
     t.file("home/.npm/_cacache/index-v5/aa", 20'000);
     // The named ones are the largest, so they are among the five shown.
-    const std::pair<const char*, std::size_t> downloads[] = {
-        {"a\nb.dmg", 40'000}, {"x\x1b[31my.dmg", 30'000}, {"\xe5\xae\x89\xe8\xa3\x85.dmg", 20'000},
-        {"q'4.dmg", 10'000}, {"5.dmg", 0}, {"6.dmg", 0}, {"7.dmg", 0}};
+    const std::pair<const char*, std::size_t> downloads[] = {{"a\nb.dmg", 40'000},
+                                                             {"x\x1b[31my.dmg", 30'000},
+                                                             {"\xe5\xae\x89\xe8\xa3\x85.dmg", 20'000},
+                                                             {"q'4.dmg", 10'000},
+                                                             {"5.dmg", 0},
+                                                             {"6.dmg", 0},
+                                                             {"7.dmg", 0}};
     for (const auto& [name, bytes] : downloads) t.file(std::string("home/Downloads/") + name, bytes);
     struct Case {
         const char* language;
@@ -143,10 +149,18 @@ TEST(ScanCli, ReadableReportGroupsRulesByCategoryInOneLanguage) {
 
 TEST(ScanCli, BadArgumentsPrintUsageAndExitWithTwo) {
     TempTree t;
-    for (std::vector<std::string> args : {std::vector<std::string>{"--bogus"}, {"--catalogue"}, {"--catalogue", "windows"},
-                                          {"--rule", "no.such-rule"}, {"--rule"}, {"positional"}, {"--language"},
-                                          {"--language", "fr"}, {"--language", "EN"},
-                                          {"--json", "extra"}, {"--help-all"}, {"-v"}}) {
+    for (std::vector<std::string> args : {std::vector<std::string>{"--bogus"},
+                                          {"--catalogue"},
+                                          {"--catalogue", "windows"},
+                                          {"--rule", "no.such-rule"},
+                                          {"--rule"},
+                                          {"positional"},
+                                          {"--language"},
+                                          {"--language", "fr"},
+                                          {"--language", "EN"},
+                                          {"--json", "extra"},
+                                          {"--help-all"},
+                                          {"-v"}}) {
         SCOPED_TRACE(testing::PrintToString(args));
         auto r = scan(t, args);
         EXPECT_EQ(r.status, 2);

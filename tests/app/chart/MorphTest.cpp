@@ -1,5 +1,5 @@
-#include "ChartFixture.h"
 #include "Morph.h"
+#include "ChartFixture.h"
 
 namespace lumabroom::test {
 namespace {
@@ -45,16 +45,18 @@ void expectShapes(const std::vector<DrawnSegment>& shapes, const std::vector<Exp
 
 std::vector<DrawnSegment> frame(std::span<const Segment> from, std::span<const Segment> to, double progress,
                                 std::optional<std::string> hover = std::nullopt) {
-    return Morph::frame({.from = from, .to = to, .progress = progress, .hoverID = hover, .light = false,
-                         .palette = ChartPalette::hues},
-                        radius);
+    return Morph::frame(
+        {.from = from, .to = to, .progress = progress, .hoverID = hover, .light = false, .palette = ChartPalette::hues},
+        radius);
 }
 
-const std::vector<Segment> from{segment("gone", 0, 1), segment("stays", 1, 2), segment("deco:/p", 2, 3, {0.45, 0.92}, 2)};
+const std::vector<Segment> from{segment("gone", 0, 1), segment("stays", 1, 2),
+                                segment("deco:/p", 2, 3, {0.45, 0.92}, 2)};
 const std::vector<Segment> to{segment("stays", 0, 0.5, {0.2, 0.36}), segment("new", 0.5, 1.5), segment("/p", 1.5, 3)};
 
 TEST(MorphFrame, SettledOrWithoutOriginDrawsTheListAsItIs) {
-    const std::vector<Expected> settled{{"stays", 0, 0.5, 0.2, 0.36, 1}, {"new", 0.5, 1.5, 0.3, 0.5, 1}, {"/p", 1.5, 3, 0.3, 0.5, 1}};
+    const std::vector<Expected> settled{
+        {"stays", 0, 0.5, 0.2, 0.36, 1}, {"new", 0.5, 1.5, 0.3, 0.5, 1}, {"/p", 1.5, 3, 0.3, 0.5, 1}};
     for (double p : {1.0, 1.3}) {
         SCOPED_TRACE(p);
         expectShapes(frame(from, to, p), settled);
@@ -66,16 +68,15 @@ TEST(MorphFrame, SettledOrWithoutOriginDrawsTheListAsItIs) {
 TEST(MorphFrame, FoldTravelAndUnfold) {
     SCOPED_TRACE("halfway");
     expectShapes(frame(from, to, 0.5), {
-        {"gone", 0.25, 0.75, 0.3, 0.5, 0.5},            // folds to its middle and fades
-        {"stays", 0.5, 1.25, 0.25, 0.43, 1},            // travels, band too
-        {"new", 0.75, 1.25, 0.3, 0.5, 0.5},             // unfolds from its middle
-        {"/p", 1.75, 3, 0.375, 0.71, 1},                // the decoration becomes the entry
-    });
+                                           {"gone", 0.25, 0.75, 0.3, 0.5, 0.5}, // folds to its middle and fades
+                                           {"stays", 0.5, 1.25, 0.25, 0.43, 1}, // travels, band too
+                                           {"new", 0.75, 1.25, 0.3, 0.5, 0.5},  // unfolds from its middle
+                                           {"/p", 1.75, 3, 0.375, 0.71, 1},     // the decoration becomes the entry
+                                       });
     SCOPED_TRACE("start, and below it");
     for (double p : {0.0, -0.4}) {
-        expectShapes(frame(from, to, p), {{"gone", 0, 1, 0.3, 0.5, 1},
-                                          {"stays", 1, 2, 0.3, 0.5, 1},
-                                          {"/p", 2, 3, 0.45, 0.92, 1}});
+        expectShapes(frame(from, to, p),
+                     {{"gone", 0, 1, 0.3, 0.5, 1}, {"stays", 1, 2, 0.3, 0.5, 1}, {"/p", 2, 3, 0.45, 0.92, 1}});
     }
 }
 

@@ -16,9 +16,8 @@ TEST(SunburstPalette, PositionHueFollowsTheStopsFromTheOffset) {
         double hue;
     };
     const Case cases[] = {
-        {0, 0, 0.385},   {0.25, 0, 0.23},  {0.38, 0, 0.13},      {0.5, 0, 0.02},
-        {0.75, 0, 0.8},  {0.94, 0, 0.6325}, {0.125, 0, 0.3075},   {0.3, 0.3, 0.385},
-        {0.1, 0.35, 0.8}, {1.25, 0, 0.23},  {0.5, -0.25, 0.8},
+        {0, 0, 0.385},      {0.25, 0, 0.23},   {0.38, 0, 0.13},  {0.5, 0, 0.02},  {0.75, 0, 0.8},    {0.94, 0, 0.6325},
+        {0.125, 0, 0.3075}, {0.3, 0.3, 0.385}, {0.1, 0.35, 0.8}, {1.25, 0, 0.23}, {0.5, -0.25, 0.8},
     };
     for (const Case& c : cases) {
         SCOPED_TRACE(testing::Message() << "u " << c.u << " offset " << c.offset);
@@ -93,9 +92,11 @@ TEST(SunburstColours, ColourBlindPaletteRunsFromVioletToYellowAndKeepsGrey) {
     Segment s;
     s.active = true;
     s.hue = 0;
-    EXPECT_EQ(SunburstDraw::fillColor(s, false, true, ChartPalette::colorBlindSafe), QColor::fromRgbF(0.267f, 0.005f, 0.329f));
+    EXPECT_EQ(SunburstDraw::fillColor(s, false, true, ChartPalette::colorBlindSafe),
+              QColor::fromRgbF(0.267f, 0.005f, 0.329f));
     s.hue = 1;
-    EXPECT_EQ(SunburstDraw::fillColor(s, false, false, ChartPalette::colorBlindSafe), QColor::fromRgbF(0.992f, 0.906f, 0.145f));
+    EXPECT_EQ(SunburstDraw::fillColor(s, false, false, ChartPalette::colorBlindSafe),
+              QColor::fromRgbF(0.992f, 0.906f, 0.145f));
     // Deeper rings fade towards the background, the selected one not at all.
     s.active = false;
     s.depth = 2;

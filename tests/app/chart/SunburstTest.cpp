@@ -1,5 +1,5 @@
-#include "ChartFixture.h"
 #include "Sunburst.h"
+#include "ChartFixture.h"
 
 #include <cmath>
 
@@ -187,7 +187,8 @@ TEST_F(SunburstLists, CategoryListSpansItsOwnCircleWithoutMerging) {
 }
 
 TEST_F(SunburstLists, EntryListOfARule) {
-    results = {rule("r", Category::xcode, {500, 300, 200}), rule("report", Category::system, {8, 2}, SafetyLevel::reportOnly)};
+    results = {rule("r", Category::xcode, {500, 300, 200}),
+               rule("report", Category::system, {8, 2}, SafetyLevel::reportOnly)};
     selected = {entryID("r", 1)};
     const auto list = Sunburst::entrySegments(input(), "r");
     ASSERT_EQ(list.size(), 3u);
@@ -198,7 +199,8 @@ TEST_F(SunburstLists, EntryListOfARule) {
     EXPECT_DOUBLE_EQ(*list[0].hue, 0.385); // the middle of the first entry at the start of the palette
     EXPECT_EQ(list[0].depth, 1);
     EXPECT_EQ(list[0].hint, "点击勾选/取消");
-    EXPECT_EQ(std::vector<bool>({list[0].active, list[1].active, list[2].active}), std::vector<bool>({false, true, false}));
+    EXPECT_EQ(std::vector<bool>({list[0].active, list[1].active, list[2].active}),
+              std::vector<bool>({false, true, false}));
     EXPECT_EQ(Sunburst::entrySegments(input(), "report")[0].hint, std::nullopt);
 }
 
@@ -242,11 +244,15 @@ TEST_F(SunburstTaps, TapDecisionPerRouteAndSegment) {
     };
     const Case cases[] = {
         {"hole of the overview", Route::overview(), at(0.15, 0), {}},
-        {"hole of a category", Route::category(Category::tool), at(0.17, 0), TapDecision::go(A::goBack, Route::overview())},
+        {"hole of a category", Route::category(Category::tool), at(0.17, 0),
+         TapDecision::go(A::goBack, Route::overview())},
         {"hole of a rule", Route::rule("a"), at(0.21, 0), TapDecision::go(A::goBack, Route::category(Category::xcode))},
-        {"hole of a vanished rule", Route::rule("vanished"), at(0.21, 0), TapDecision::go(A::goBack, Route::overview())},
-        {"category slice", Route::overview(), at(0.2, top + 0.1), TapDecision::go(A::openCategory, Route::category(Category::xcode))},
-        {"decoration opens the rule", Route::overview(), at(0.6, top + 0.1), TapDecision::go(A::openRule, Route::rule("a"))},
+        {"hole of a vanished rule", Route::rule("vanished"), at(0.21, 0),
+         TapDecision::go(A::goBack, Route::overview())},
+        {"category slice", Route::overview(), at(0.2, top + 0.1),
+         TapDecision::go(A::openCategory, Route::category(Category::xcode))},
+        {"decoration opens the rule", Route::overview(), at(0.6, top + 0.1),
+         TapDecision::go(A::openRule, Route::rule("a"))},
         {"entry toggles", Route::rule("a"), at(0.5, top + 0.1), TapDecision::toggle("a", entryID("a", 0))},
         {"entry of a report-only rule", Route::rule("report"), at(0.5, top + 0.1), {}},
         {"outside every ring", Route::overview(), at(0.99, 0), {}},
@@ -281,12 +287,19 @@ TEST_F(SunburstCentre, LabelPerState) {
     };
     const Case cases[] = {
         {"busy", Route::rule("a"), {}, true, {7000, false, "扫描中 3/39", S::progress}},
-        {"category", Route::category(Category::xcode), {entryID("a", 0)}, false, {5000, false, "Xcode 与模拟器", S::secondary}},
+        {"category",
+         Route::category(Category::xcode),
+         {entryID("a", 0)},
+         false,
+         {5000, false, "Xcode 与模拟器", S::secondary}},
         {"rule without selection", Route::rule("a"), {entryID("b", 0)}, false, {5000, false, "a", S::secondary}},
         {"rule with selection", Route::rule("a"), {entryID("a", 1)}, false, {5000, true, "a", S::secondary}},
         {"vanished rule", Route::rule("gone"), {}, false, {}},
         {"overview", Route::overview(), {"/nowhere"}, false, {7000, false, "点击扇区深入", S::tertiary}},
-        {"overview with selection", Route::overview(), {entryID("a", 1), entryID("b", 0)}, false,
+        {"overview with selection",
+         Route::overview(),
+         {entryID("a", 1), entryID("b", 0)},
+         false,
          {3000, true, "已选待清理 · 共 7 kB", S::secondary}},
     };
     for (const Case& c : cases) {

@@ -1,16 +1,16 @@
 // The panel against a real model: fake docker and git scripts, real session files, and dialogs
 // answered while they are open, as a user would.
 
+#include "DisplayName.h"
 #include "FakeTool.h"
 #include "ModelTestSupport.h"
-#include "DisplayName.h"
 #include "RuleDetailPanel.h"
 
 #include "host/ToolPaths.h"
 #include "support/TempTree.h"
 #include "support/Text.h"
-#include "text/Formatting.h"
 #include "support/WidgetApplication.h"
+#include "text/Formatting.h"
 #include "text/Localization.h"
 #include "tools/DockerCLI.h"
 
@@ -107,9 +107,12 @@ CleanRule reportOnly(std::string id, std::string note) {
 struct HeldTool {
     HeldTool(const fs::path& binary, const std::string& hold, const std::string& inventory = {}) {
         writeText(folder / "inventory.json", inventory);
-        writeText(binary, "#!/bin/sh\nd='" + folder.string() + "'\nprintf '%s\\n' \"$*\" >> \"$d/log\"\n"
-                          "case \"$*\" in\n  " + hold + ") while [ ! -e \"$d/open\" ]; do sleep 0.02; done;;\n"
-                          "  'system df -v'*) cat \"$d/inventory.json\";;\nesac\n");
+        writeText(binary, "#!/bin/sh\nd='" + folder.string()
+                              + "'\nprintf '%s\\n' \"$*\" >> \"$d/log\"\n"
+                                "case \"$*\" in\n  "
+                              + hold
+                              + ") while [ ! -e \"$d/open\" ]; do sleep 0.02; done;;\n"
+                                "  'system df -v'*) cat \"$d/inventory.json\";;\nesac\n");
         fs::permissions(binary, fs::perms::owner_all);
     }
     void release() const { writeText(folder / "open", ""); }
@@ -149,7 +152,8 @@ TEST(RuleDetailPanel, LongListsFoldAfterTenRowsAndTickingFollowsTheModel) {
         }
         EXPECT_EQ(entryNames(panel).size(), 10u);
         ASSERT_EQ(unfold.size(), 1u);
-        EXPECT_EQ(unfold[0]->text().toStdString(), "⌄ 展开其余 6 项 · " + Formatting::bytes(990 + 989 + 988 + 987 + 986 + 985));
+        EXPECT_EQ(unfold[0]->text().toStdString(),
+                  "⌄ 展开其余 6 项 · " + Formatting::bytes(990 + 989 + 988 + 987 + 986 + 985));
 
         // Ticking a row's box and clicking a row both go to the model.
         control<QCheckBox>(panel, "e0")->click();
@@ -194,14 +198,17 @@ TEST(RuleDetailPanel, AVolumePruneAsksFirstAndOtherPrunesStartAtOnce) {
     Home s;
     const fs::path socket = s.tree.file("docker.sock");
     DockerCLI::setSystemSocketForTesting(socket.string());
-    HeldTool docker(s.tree / "bin/docker", "*prune*",
-                    R"({"Images":[{"Containers":"0","ID":"sha256:0123456789abcdef","Repository":"node","Size":"1GB","Tag":"20"}],)"
-                    R"("Containers":[],"Volumes":[{"Links":"0","Name":"pgdata","Size":"2GB"}]})");
+    HeldTool docker(
+        s.tree / "bin/docker", "*prune*",
+        R"({"Images":[{"Containers":"0","ID":"sha256:0123456789abcdef","Repository":"node","Size":"1GB","Tag":"20"}],)"
+        R"("Containers":[],"Volumes":[{"Links":"0","Name":"pgdata","Size":"2GB"}]})");
     ToolPaths::setOverride(Tool::docker, (s.tree / "bin/docker").string());
     const CleanRule rule = makeRule("tool.docker", Category::tool, SafetyLevel::reportOnly);
     AppModel model(testServices({rule}, s.log));
-    RuleScanResult result{rule, {{"/orb/docker/images", 1000, EntryLabel{DockerUsageLabel{DockerUsageKind::images, "3", "800MB"}}},
-                                 {"/orb/docker/volumes", 500, EntryLabel{DockerUsageLabel{DockerUsageKind::volumes, "1", {}}}}}};
+    RuleScanResult result{
+        rule,
+        {{"/orb/docker/images", 1000, EntryLabel{DockerUsageLabel{DockerUsageKind::images, "3", "800MB"}}},
+         {"/orb/docker/volumes", 500, EntryLabel{DockerUsageLabel{DockerUsageKind::volumes, "1", {}}}}}};
     model.apply(result);
     RuleDetailPanel panel(model, "tool.docker");
     ASSERT_TRUE(waitUntil([&] { return model.dockerInventory().has_value(); }));
@@ -210,7 +217,9 @@ TEST(RuleDetailPanel, AVolumePruneAsksFirstAndOtherPrunesStartAtOnce) {
     EXPECT_TRUE(entryNames(panel).empty());
     EXPECT_EQ(control(panel, "删除 node:20")->isEnabled(), true);
     EXPECT_NE(control(panel, "删除 pgdata"), nullptr);
-    EXPECT_EQ(named<QWidget>(panel, "prune-images")[0]->findChild<QLabel*>(QString(), Qt::FindDirectChildrenOnly)->text(), "可回收 800MB");
+    EXPECT_EQ(
+        named<QWidget>(panel, "prune-images")[0]->findChild<QLabel*>(QString(), Qt::FindDirectChildrenOnly)->text(),
+        "可回收 800MB");
 
     control(panel, "清理 " + QString::fromStdString(title(DockerPruneTarget::volumes)))->click();
     QMessageBox* box = dialog(panel);
@@ -226,7 +235,8 @@ TEST(RuleDetailPanel, AVolumePruneAsksFirstAndOtherPrunesStartAtOnce) {
     EXPECT_EQ(dialog(panel), nullptr);
     flush();
     // While one prune runs nothing else of the card can start.
-    for (DockerPruneTarget other : {DockerPruneTarget::images, DockerPruneTarget::containers, DockerPruneTarget::volumes})
+    for (DockerPruneTarget other :
+         {DockerPruneTarget::images, DockerPruneTarget::containers, DockerPruneTarget::volumes})
         EXPECT_FALSE(control(panel, "清理 " + QString::fromStdString(title(other)))->isEnabled());
     EXPECT_EQ(control(panel, "清理 " + QString::fromStdString(title(DockerPruneTarget::buildCache))), nullptr);
     EXPECT_FALSE(control(panel, "删除 pgdata")->isEnabled());
@@ -259,7 +269,8 @@ TEST(RuleDetailPanel, AWorktreeDialogSaysWhatIsLostAndOneRemovalRunsAtATime) {
     clean.size = 1000;
     clean.dirtyFiles = 0;
     clean.hasRemote = true;
-    ModelServices services = testServices({makeRule("tool.codex-worktrees", Category::code, SafetyLevel::caution)}, s.log);
+    ModelServices services =
+        testServices({makeRule("tool.codex-worktrees", Category::code, SafetyLevel::caution)}, s.log);
     services.discoverWorktrees = [=](const WorktreeDiscovery::UpdateCallback& onUpdate) { onUpdate({dirty, clean}); };
     AppModel model(services);
     RuleDetailPanel panel(model, "tool.codex-worktrees");
@@ -270,7 +281,8 @@ TEST(RuleDetailPanel, AWorktreeDialogSaysWhatIsLostAndOneRemovalRunsAtATime) {
     const struct {
         std::string name, warning, destroy;
     } cases[] = {
-        {"dirty", "删掉之后这些东西找不回来:3 个改了还没提交的文件。\n这个仓库没有配远端,也就没有别处的备份。", "强制删除(丢弃未保存工作)"},
+        {"dirty", "删掉之后这些东西找不回来:3 个改了还没提交的文件。\n这个仓库没有配远端,也就没有别处的备份。",
+         "强制删除(丢弃未保存工作)"},
         {"clean", "没有没提交的改动,提交也都在分支上。删掉这个工作副本不会丢任何东西——分支本身不会被删。", "删除"},
     };
     for (const auto& c : cases) {
@@ -315,7 +327,8 @@ TEST(RuleDetailPanel, ABatchSessionDeleteMovesExactlyTheTickedFilesToTheTrash) {
     QTest::mouseClick(sessionRows()[2], Qt::LeftButton);
     flush();
     const std::int64_t ticked = model.topSessions()->at(0).size + model.topSessions()->at(2).size;
-    EXPECT_EQ(named<QLabel>(panel, "sessions-summary")[0]->text().toStdString(), "已选 2/3 项 · " + Formatting::bytes(ticked));
+    EXPECT_EQ(named<QLabel>(panel, "sessions-summary")[0]->text().toStdString(),
+              "已选 2/3 项 · " + Formatting::bytes(ticked));
 
     named<QPushButton>(panel, "sessions-delete")[0]->click();
     QMessageBox* box = dialog(panel);
@@ -327,8 +340,10 @@ TEST(RuleDetailPanel, ABatchSessionDeleteMovesExactlyTheTickedFilesToTheTrash) {
     EXPECT_TRUE(fs::exists(b));
     EXPECT_FALSE(fs::exists(c));
     std::set<std::string> trashed, records;
-    for (const auto& f : fs::directory_iterator(s.tree / "home/.local/share/Trash/files")) trashed.insert(f.path().filename());
-    for (const auto& f : fs::directory_iterator(s.tree / "home/.local/share/Trash/info")) records.insert(f.path().filename());
+    for (const auto& f : fs::directory_iterator(s.tree / "home/.local/share/Trash/files"))
+        trashed.insert(f.path().filename());
+    for (const auto& f : fs::directory_iterator(s.tree / "home/.local/share/Trash/info"))
+        records.insert(f.path().filename());
     EXPECT_EQ(trashed, (std::set<std::string>{"a.jsonl", "c.jsonl"}));
     EXPECT_EQ(records, (std::set<std::string>{"a.jsonl.trashinfo", "c.jsonl.trashinfo"}));
     flush();
@@ -399,10 +414,11 @@ std::vector<std::string> shownTexts(QWidget* root) {
 TEST(RuleDetailPanel, EveryTextOfThePanelAndItsDialogsReadsInEnglish) {
     Home s;
     DockerCLI::setSystemSocketForTesting(s.tree.file("docker.sock").string());
-    HeldTool docker(s.tree / "bin/docker", "never",
-                    R"({"Images":[{"Containers":"1","ID":"sha256:0123456789abcdef","Repository":"node","Size":"1GB","Tag":"20"}],)"
-                    R"("Containers":[{"ID":"3f2a1b4c5d6e7f80","Image":"node:20","Names":"web","Size":"12MB","Status":"Up"}],)"
-                    R"("Volumes":[{"Links":"0","Name":"pgdata","Size":"2GB"}]})");
+    HeldTool docker(
+        s.tree / "bin/docker", "never",
+        R"({"Images":[{"Containers":"1","ID":"sha256:0123456789abcdef","Repository":"node","Size":"1GB","Tag":"20"}],)"
+        R"("Containers":[{"ID":"3f2a1b4c5d6e7f80","Image":"node:20","Names":"web","Size":"12MB","Status":"Up"}],)"
+        R"("Volumes":[{"Links":"0","Name":"pgdata","Size":"2GB"}]})");
     ToolPaths::setOverride(Tool::docker, (s.tree / "bin/docker").string());
     s.tree.file("home/.codex/sessions/2025/06/a.jsonl", 3000);
     s.tree.file("home/.codex/sessions/2025/06/b.jsonl", 2000);
@@ -413,7 +429,8 @@ TEST(RuleDetailPanel, EveryTextOfThePanelAndItsDialogsReadsInEnglish) {
     dirty.size = 4000;
     dirty.dirtyFiles = 2;
     dirty.orphanCommits = 1;
-    dirty.lastModified = std::chrono::floor<std::chrono::seconds>(std::chrono::system_clock::now()) - std::chrono::hours(50);
+    dirty.lastModified =
+        std::chrono::floor<std::chrono::seconds>(std::chrono::system_clock::now()) - std::chrono::hours(50);
     WorktreeInfo pending = dirty;
     pending.path = s.tree / "wt/pending";
     pending.repoName = "pending";
@@ -437,7 +454,8 @@ TEST(RuleDetailPanel, EveryTextOfThePanelAndItsDialogsReadsInEnglish) {
     model.apply(sized(rules[1], 61));
     model.apply(sized(rules[2], 2));
     model.apply(RuleScanResult{rules[3], {}});
-    model.apply(RuleScanResult{rules[4], {{"/orb/docker/images", 10, EntryLabel{DockerUsageLabel{DockerUsageKind::images, "1", "1GB"}}}}});
+    model.apply(RuleScanResult{
+        rules[4], {{"/orb/docker/images", 10, EntryLabel{DockerUsageLabel{DockerUsageKind::images, "1", "1GB"}}}}});
     model.apply(makeResult(rules[5], {{"/h/.orbstack/data/data.img.raw", 100}}));
     model.apply(makeResult(rules[6], {{"/m/.ollama/models/manifests/r/lib/llama/7b", 50}}));
     model.apply(makeResult(rules[7], {{(s.tree / "home/.codex/sessions").string(), 5000}}));
@@ -463,8 +481,8 @@ TEST(RuleDetailPanel, EveryTextOfThePanelAndItsDialogsReadsInEnglish) {
     for (const CleanRule& rule : rules) {
         panel.showRule(rule.id);
         ASSERT_TRUE(waitUntil([&] {
-            return !model.isLoadingInventory() && !model.isLoadingWorktrees() && !model.isLoadingTopSessions() &&
-                   !model.isRefiningOrbStack();
+            return !model.isLoadingInventory() && !model.isLoadingWorktrees() && !model.isLoadingTopSessions()
+                   && !model.isRefiningOrbStack();
         }));
         flush();
         check(rule.id, &panel);

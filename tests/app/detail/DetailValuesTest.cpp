@@ -70,7 +70,8 @@ TEST(DetailValues, WorktreeWarningSaysWhatIsLostAndMentionsTheRemoteOnlyThen) {
     } cases[] = {
         {worktree("/w/a", "/r", 1, 3, 0, false),
          "删掉之后这些东西找不回来:3 个改了还没提交的文件。\n这个仓库没有配远端,也就没有别处的备份。"},
-        {worktree("/w/b", "/r", 1, 0, 0, false), "没有没提交的改动,提交也都在分支上。删掉这个工作副本不会丢任何东西——分支本身不会被删。"},
+        {worktree("/w/b", "/r", 1, 0, 0, false),
+         "没有没提交的改动,提交也都在分支上。删掉这个工作副本不会丢任何东西——分支本身不会被删。"},
         {worktree("/w/c", "/r", 1, 2, 5, true),
          "删掉之后这些东西找不回来:2 个改了还没提交的文件、5 个只存在于这里的提交(不在任何分支上)。"},
     };
@@ -89,9 +90,9 @@ TEST(DetailValues, WorktreeWarningSaysWhatIsLostAndMentionsTheRemoteOnlyThen) {
 }
 
 TEST(DetailValues, WorktreeGroupsPutTheLargestRepositoryFirstAndUnmeasuredRowsLast) {
-    const std::vector<WorktreeInfo> list{worktree("/w/small", "/r/one", 10), worktree("/w/pending", "/r/two", std::nullopt),
-                                         worktree("/w/large", "/r/two", 500), worktree("/w/mid", "/r/one", 200),
-                                         worktree("/w/zero", "/r/two", 0)};
+    const std::vector<WorktreeInfo> list{
+        worktree("/w/small", "/r/one", 10), worktree("/w/pending", "/r/two", std::nullopt),
+        worktree("/w/large", "/r/two", 500), worktree("/w/mid", "/r/one", 200), worktree("/w/zero", "/r/two", 0)};
     const auto groups = DetailValues::worktreeGroups(list);
     ASSERT_EQ(groups.size(), 2u);
     EXPECT_EQ(groups[0].repoPath, "/r/two");

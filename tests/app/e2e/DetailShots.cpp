@@ -38,8 +38,8 @@ bool waitFor(Condition done, int limitMs) {
 }
 
 bool loading(const AppModel& model) {
-    return model.isBusy() || model.isLoadingWorktrees() || model.isLoadingInventory() || model.isLoadingTopSessions() ||
-           model.isRefiningOrbStack();
+    return model.isBusy() || model.isLoadingWorktrees() || model.isLoadingInventory() || model.isLoadingTopSessions()
+           || model.isRefiningOrbStack();
 }
 
 // Clicks the boxes of the first two visible rows of that name.
@@ -88,7 +88,8 @@ int main(int argc, char** argv) {
         model.setRoute(Route::rule(rule.toStdString()));
         // The panel starts its loads on the next turn of the loop.
         QTest::qWait(200);
-        if (!waitFor([&] { return !loading(model); }, 60'000)) std::fprintf(stderr, "detail_shots: %s still loads\n", argv[i]);
+        if (!waitFor([&] { return !loading(model); }, 60'000))
+            std::fprintf(stderr, "detail_shots: %s still loads\n", argv[i]);
         if (tick) {
             tickTwo(window, QStringLiteral("entry-row"));
             tickTwo(window, QStringLiteral("session-row"));

@@ -71,12 +71,13 @@ protected:
         const auto git = CommandRunner::findBinary(ToolPaths::candidates(Tool::git));
         ASSERT_TRUE(git.has_value());
         realGit = *git;
-        makeExecutable(bin / "git", "#!/bin/sh\nprintf '%s\\n' \"$*\" >> '" + (bin / "git.log").string() +
-                                        "'\nexec '" + realGit + "' \"$@\"\n");
+        makeExecutable(bin / "git", "#!/bin/sh\nprintf '%s\\n' \"$*\" >> '" + (bin / "git.log").string() + "'\nexec '"
+                                        + realGit + "' \"$@\"\n");
         ToolPaths::setOverride(Tool::git, (bin / "git").string());
         for (Tool tool : {Tool::sqlite3, Tool::shell, Tool::docker, Tool::ollama, Tool::xcrun, Tool::open}) {
             const fs::path script = bin / ("tool" + std::to_string(static_cast<int>(tool)));
-            makeExecutable(script, "#!/bin/sh\nprintf '%s\\n' \"$0 $*\" >> '" + (bin / "refused.log").string() + "'\nexit 1\n");
+            makeExecutable(script,
+                           "#!/bin/sh\nprintf '%s\\n' \"$0 $*\" >> '" + (bin / "refused.log").string() + "'\nexit 1\n");
             ToolPaths::setOverride(tool, script.string());
         }
         DockerCLI::setSystemSocketForTesting((tree / "run/docker.sock").string());
@@ -94,8 +95,8 @@ protected:
 
     // Git of the test itself, with an identity of its own and no configuration of the machine.
     void git(const fs::path& folder, std::vector<std::string> arguments) {
-        std::vector<std::string> argv{realGit, "-C", folder.string(), "-c", "user.name=Tester", "-c",
-                                      "user.email=tester@example.invalid"};
+        std::vector<std::string> argv{
+            realGit, "-C", folder.string(), "-c", "user.name=Tester", "-c", "user.email=tester@example.invalid"};
         argv.insert(argv.end(), arguments.begin(), arguments.end());
         const test::ProcessResult run =
             test::runProcess(argv, {{"HOME", home.string()}, {"GIT_CONFIG_NOSYSTEM", "1"}, {"PATH", "/usr/bin:/bin"}});
@@ -248,8 +249,8 @@ TEST_F(EndToEnd, ADirtyWorktreeGoesOnlyAfterTheDialogHasSaidWhatIsLost) {
     openRule("tool.codex-worktrees");
     ASSERT_TRUE(waitUntil(
         [this] {
-            return model->worktrees() && model->worktrees()->size() == 2 && !model->isLoadingWorktrees() &&
-                   named(QStringLiteral("git worktree remove checkout"));
+            return model->worktrees() && model->worktrees()->size() == 2 && !model->isLoadingWorktrees()
+                   && named(QStringLiteral("git worktree remove checkout"));
         },
         kLimit));
     settle();
@@ -263,8 +264,9 @@ TEST_F(EndToEnd, ADirtyWorktreeGoesOnlyAfterTheDialogHasSaidWhatIsLost) {
     auto* box = shown<QMessageBox>(QStringLiteral("confirmation"));
     ASSERT_NE(box, nullptr);
     EXPECT_EQ(box->text(), QStringLiteral("删除 worktree checkout?"));
-    EXPECT_EQ(box->informativeText(),
-              QStringLiteral("删掉之后这些东西找不回来:2 个改了还没提交的文件。\n这个仓库没有配远端,也就没有别处的备份。"));
+    EXPECT_EQ(
+        box->informativeText(),
+        QStringLiteral("删掉之后这些东西找不回来:2 个改了还没提交的文件。\n这个仓库没有配远端,也就没有别处的备份。"));
     EXPECT_EQ(box->defaultButton()->text(), QStringLiteral("取消"));
     QTest::keyClick(box, Qt::Key_Escape);
     settle();
@@ -288,11 +290,16 @@ TEST_F(EndToEnd, ADirtyWorktreeGoesOnlyAfterTheDialogHasSaidWhatIsLost) {
     EXPECT_TRUE(fs::exists(clean / "README.md"));
     EXPECT_EQ(test::readFile(repo / "README.md"), "shop\n");
     const std::string log = test::readFile(bin / "git.log");
-    EXPECT_EQ(log.substr(logBefore.size()).find("-C " + repo.string() + " worktree remove --force " + dirty.string() + "\n"), 0u)
+    EXPECT_EQ(
+        log.substr(logBefore.size()).find("-C " + repo.string() + " worktree remove --force " + dirty.string() + "\n"),
+        0u)
         << log.substr(logBefore.size());
-    EXPECT_TRUE(waitUntil([this] { return !named(QStringLiteral("git worktree remove checkout")) &&
-                                          named(QStringLiteral("git worktree remove docs")); },
-                          kLimit));
+    EXPECT_TRUE(waitUntil(
+        [this] {
+            return !named(QStringLiteral("git worktree remove checkout"))
+                   && named(QStringLiteral("git worktree remove docs"));
+        },
+        kLimit));
 }
 
 } // namespace

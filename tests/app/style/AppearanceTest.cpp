@@ -16,8 +16,8 @@ TEST(Appearance, StoredValueFallsBackToDark) {
         AppearanceMode expected;
     };
     const Case cases[] = {
-        {std::nullopt, AppearanceMode::dark},   {"system", AppearanceMode::system}, {"dark", AppearanceMode::dark},
-        {"light", AppearanceMode::light},       {"Light", AppearanceMode::dark},    {"", AppearanceMode::dark},
+        {std::nullopt, AppearanceMode::dark}, {"system", AppearanceMode::system}, {"dark", AppearanceMode::dark},
+        {"light", AppearanceMode::light},     {"Light", AppearanceMode::dark},    {"", AppearanceMode::dark},
         {"auto", AppearanceMode::dark},
     };
     for (const Case& c : cases) {
@@ -93,7 +93,8 @@ TEST(AppearanceController, FreshInstallationStartsDarkAndFollowsTheMode) {
     EXPECT_TRUE(controller.isDark());
 
     std::vector<bool> changes;
-    QObject::connect(&controller, &AppearanceController::darkChanged, &controller, [&](bool dark) { changes.push_back(dark); });
+    QObject::connect(&controller, &AppearanceController::darkChanged, &controller,
+                     [&](bool dark) { changes.push_back(dark); });
     controller.setMode(AppearanceMode::light);
     controller.setMode(AppearanceMode::light);
     controller.setMode(AppearanceMode::dark);

@@ -7,7 +7,9 @@
 namespace lumabroom {
 namespace {
 
-DiskSpace disk(std::int64_t total, std::int64_t available) { return {.volumeName = "Data", .total = total, .available = available}; }
+DiskSpace disk(std::int64_t total, std::int64_t available) {
+    return {.volumeName = "Data", .total = total, .available = available};
+}
 
 TEST(DiskBreakdown, ClampsFindingsToTheUsedSpace) {
     struct Case {
@@ -52,7 +54,8 @@ TEST(DiskBreakdown, SegmentWidthsShareTheTotal) {
     };
     for (const Case& c : cases) {
         SCOPED_TRACE(c.name);
-        EXPECT_EQ(DiskBreakdownBar::segmentWidths(DiskBreakdown::of(c.disk, c.cleanable, c.reportOnly), c.width), c.expected);
+        EXPECT_EQ(DiskBreakdownBar::segmentWidths(DiskBreakdown::of(c.disk, c.cleanable, c.reportOnly), c.width),
+                  c.expected);
     }
 }
 

@@ -67,7 +67,8 @@ TEST(Symbols, EveryRuleStyleHasAPicture) {
 TEST(RuleStyle, OwnRowThenCategory) {
     EXPECT_EQ(RuleStyle::of("pm.pnpm", Category::packageManager), (RuleStyle{"shippingbox.fill", NamedColor::yellow}));
     EXPECT_EQ(RuleStyle::of("rt.chrome-cache", Category::runtimeDownloads), (RuleStyle{"globe", NamedColor::green}));
-    EXPECT_EQ(RuleStyle::of("tool.unknown", Category::tool), (RuleStyle{"wrench.and.screwdriver.fill", NamedColor::purple}));
+    EXPECT_EQ(RuleStyle::of("tool.unknown", Category::tool),
+              (RuleStyle{"wrench.and.screwdriver.fill", NamedColor::purple}));
 }
 
 TEST(BrandIcon, EveryAssetIsEmbeddedButTheThreeTheIconSetLacks) {

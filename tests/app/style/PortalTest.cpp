@@ -1,6 +1,6 @@
-#include "FileManager.h"
 #include "Portal.h"
 #include "DesktopServices.h"
+#include "FileManager.h"
 
 #include <QDBusVariant>
 

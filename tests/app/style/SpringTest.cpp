@@ -43,7 +43,8 @@ TEST(Spring, CriticalAndOverdampedNeverOvershoot) {
 }
 
 TEST(Spring, SettlesWithinToleranceFromItsSettlingTimeOn) {
-    for (const Spring spring : {Spring::standard(), Spring{0.55, 0.85}, Spring{0.3, 0.4}, Spring{1, 1}, Spring{0.8, 1.6}}) {
+    for (const Spring spring :
+         {Spring::standard(), Spring{0.55, 0.85}, Spring{0.3, 0.4}, Spring{1, 1}, Spring{0.8, 1.6}}) {
         SCOPED_TRACE(testing::Message() << spring.response << " " << spring.dampingFraction);
         const double settled = spring.settlingTime(0.001);
         for (int i = 0; i <= 1000; ++i) EXPECT_LE(std::abs(1 - spring.value(settled + i * 0.005)), 0.001);

@@ -49,7 +49,8 @@ private:
     std::unique_ptr<QApplication> application_;
 };
 // gtest owns the environment.
-[[maybe_unused]] ::testing::Environment* const widgetsApplication = ::testing::AddGlobalTestEnvironment(new WidgetsApplication);
+[[maybe_unused]] ::testing::Environment* const widgetsApplication =
+    ::testing::AddGlobalTestEnvironment(new WidgetsApplication);
 
 class UpdateDialogTest : public ::testing::Test {
 protected:
@@ -117,11 +118,13 @@ TEST_F(UpdateDialogTest, ShowsTheReleaseAndClosesOnceTheVerifiedFileIsHandedOver
     EXPECT_TRUE(progress->isVisible());
     ASSERT_TRUE(finished.wait(10'000));
     EXPECT_EQ(dialog.result(), QDialog::Accepted);
-    EXPECT_EQ(handedOver, QStringList{QString::fromStdString((tree / "downloads" / "Lumabroom-2.0.0.tar.gz").string())});
+    EXPECT_EQ(handedOver,
+              QStringList{QString::fromStdString((tree / "downloads" / "Lumabroom-2.0.0.tar.gz").string())});
 }
 
 TEST_F(UpdateDialogTest, AFailedDownloadShowsItsSentenceAndCanBeTriedAgain) {
-    server.serve(QStringLiteral("/Lumabroom-2.0.0.tar.gz"), {200, payload.left(100), {}, TestServer::Behaviour::whole, 0});
+    server.serve(QStringLiteral("/Lumabroom-2.0.0.tar.gz"),
+                 {200, payload.left(100), {}, TestServer::Behaviour::whole, 0});
     Updater updater(options());
     updater.start();
     UpdateDialog dialog(updater, item);

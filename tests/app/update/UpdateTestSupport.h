@@ -11,7 +11,9 @@
 
 // Readable failure messages.
 inline void PrintTo(const QString& text, std::ostream* out) { *out << '"' << text.toStdString() << '"'; }
-inline void PrintTo(const QStringList& texts, std::ostream* out) { *out << '[' << texts.join(u'|').toStdString() << ']'; }
+inline void PrintTo(const QStringList& texts, std::ostream* out) {
+    *out << '[' << texts.join(u'|').toStdString() << ']';
+}
 
 namespace lumabroom::test {
 

@@ -30,7 +30,8 @@ namespace {
 QString chinese(std::string_view key) { return QString::fromUtf8(key.data(), static_cast<qsizetype>(key.size())); }
 
 QStringList entries(const std::filesystem::path& folder) {
-    return QDir(QString::fromStdString(folder.string())).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot);
+    return QDir(QString::fromStdString(folder.string()))
+        .entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot);
 }
 
 // What an updater said first, waiting on its event loop with a deadline so that nothing hangs.
@@ -47,11 +48,14 @@ Heard listen(Updater& updater, const std::function<void()>& act, int seconds = 1
         if (heard.kind == Heard::nothing) heard = {kind, text};
         loop.quit();
     };
-    QObject::connect(&updater, &Updater::updateAvailable, &context, [&](const AppcastItem& item) { hear(Heard::available, item.version); });
+    QObject::connect(&updater, &Updater::updateAvailable, &context,
+                     [&](const AppcastItem& item) { hear(Heard::available, item.version); });
     QObject::connect(&updater, &Updater::upToDate, &context, [&](const QString& s) { hear(Heard::upToDate, s); });
     QObject::connect(&updater, &Updater::checkFailed, &context, [&](const QString& s) { hear(Heard::checkFailed, s); });
-    QObject::connect(&updater, &Updater::downloadFinished, &context, [&](const QString& s) { hear(Heard::downloaded, s); });
-    QObject::connect(&updater, &Updater::downloadFailed, &context, [&](const QString& s) { hear(Heard::downloadFailed, s); });
+    QObject::connect(&updater, &Updater::downloadFinished, &context,
+                     [&](const QString& s) { hear(Heard::downloaded, s); });
+    QObject::connect(&updater, &Updater::downloadFailed, &context,
+                     [&](const QString& s) { hear(Heard::downloadFailed, s); });
     // A check that ends in silence tells only by making checks possible again.
     QObject::connect(&updater, &Updater::canCheckForUpdatesChanged, &context, [&](bool can) {
         if (can) QTimer::singleShot(0, &context, [&] { loop.quit(); });
@@ -71,10 +75,10 @@ QByteArray feedOf(const QList<std::tuple<QString, QUrl, qint64, QByteArray>>& re
     QByteArray xml = R"(<?xml version="1.0" encoding="utf-8"?>
 <rss version="2.0" xmlns:lumabroom="https://lumabroom.app/xml-namespaces/appcast"><channel><title>Lumabroom</title>)";
     for (const auto& [version, url, length, sig] : releases) {
-        xml += "<item><title>Lumabroom " + version.toUtf8() + "</title><lumabroom:version>" + version.toUtf8() +
-               "</lumabroom:version><description>notes</description><enclosure url=\"" + url.toEncoded() +
-               "\" length=\"" + QByteArray::number(length) + "\" type=\"application/gzip\" lumabroom:edSignature=\"" +
-               sig + "\"/></item>";
+        xml += "<item><title>Lumabroom " + version.toUtf8() + "</title><lumabroom:version>" + version.toUtf8()
+               + "</lumabroom:version><description>notes</description><enclosure url=\"" + url.toEncoded()
+               + "\" length=\"" + QByteArray::number(length) + "\" type=\"application/gzip\" lumabroom:edSignature=\""
+               + sig + "\"/></item>";
     }
     return xml + "</channel></rss>";
 }
@@ -114,7 +118,9 @@ protected:
         return item;
     }
 
-    void serveFeed(const QByteArray& xml) { server.serve(QStringLiteral("/appcast.xml"), {200, xml, {}, Behaviour::whole, 0}); }
+    void serveFeed(const QByteArray& xml) {
+        server.serve(QStringLiteral("/appcast.xml"), {200, xml, {}, Behaviour::whole, 0});
+    }
 
     TempTree tree;
     TestServer server;
@@ -126,7 +132,8 @@ protected:
 
 TEST_F(UpdaterTest, ANewerVersionIsOfferedWithItsNewestRelease) {
     const QUrl url = server.url(QStringLiteral("/Lumabroom-2.0.0.tar.gz"));
-    serveFeed(feedOf({{"1.9.1", url, 1, "a"}, {"2.0.0", url, 2, "b"}, {"1.10.0", url, 3, "c"}, {"1.9.0", url, 4, "d"}}));
+    serveFeed(
+        feedOf({{"1.9.1", url, 1, "a"}, {"2.0.0", url, 2, "b"}, {"1.10.0", url, 3, "c"}, {"1.9.0", url, 4, "d"}}));
     Updater updater(options());
     updater.start();
     AppcastItem offered;
@@ -148,8 +155,10 @@ TEST_F(UpdaterTest, AUserAskedCheckSaysWhyNothingIsOffered) {
     const QString refused = QStringLiteral("http://127.0.0.1:%1/appcast.xml").arg(closed.serverPort());
     closed.close();
     const QUrl url = server.url(QStringLiteral("/Lumabroom-2.0.0.tar.gz"));
-    server.serve(QStringLiteral("/same.xml"), {200, feedOf({{"1.9", url, 1, "a"}, {"0.9.9", url, 1, "a"}}), {}, Behaviour::whole, 0});
-    server.serve(QStringLiteral("/bad.xml"), {200, feedOf({{"2.0.0", url, 1, "a"}}).chopped(12), {}, Behaviour::whole, 0});
+    server.serve(QStringLiteral("/same.xml"),
+                 {200, feedOf({{"1.9", url, 1, "a"}, {"0.9.9", url, 1, "a"}}), {}, Behaviour::whole, 0});
+    server.serve(QStringLiteral("/bad.xml"),
+                 {200, feedOf({{"2.0.0", url, 1, "a"}}).chopped(12), {}, Behaviour::whole, 0});
     server.serve(QStringLiteral("/loop.xml"), {302, "", {{"Location", "/loop.xml"}}, Behaviour::whole, 0});
     server.serve(QStringLiteral("/stall.xml"), {200, feedOf({}), {}, Behaviour::stall, 10});
     server.serve(QStringLiteral("/cut.xml"), {200, feedOf({}), {}, Behaviour::cut, 10});
@@ -160,11 +169,15 @@ TEST_F(UpdaterTest, AUserAskedCheckSaysWhyNothingIsOffered) {
         Heard::Kind kind;
         QString sentence;
     } cases[] = {
-        {server.url(QStringLiteral("/same.xml")).toString(), Heard::upToDate, QStringLiteral("当前版本 1.9.0 已是最新。")},
+        {server.url(QStringLiteral("/same.xml")).toString(), Heard::upToDate,
+         QStringLiteral("当前版本 1.9.0 已是最新。")},
         {server.url(QStringLiteral("/bad.xml")).toString(), Heard::checkFailed, chinese(UpdateTexts::malformedFeed)},
-        {server.url(QStringLiteral("/missing.xml")).toString(), Heard::checkFailed, QStringLiteral("更新服务器返回了错误 404。")},
-        {server.url(QStringLiteral("/gone.xml")).toString(), Heard::checkFailed, QStringLiteral("更新服务器返回了错误 500。")},
-        {server.url(QStringLiteral("/loop.xml")).toString(), Heard::checkFailed, chinese(UpdateTexts::tooManyRedirects)},
+        {server.url(QStringLiteral("/missing.xml")).toString(), Heard::checkFailed,
+         QStringLiteral("更新服务器返回了错误 404。")},
+        {server.url(QStringLiteral("/gone.xml")).toString(), Heard::checkFailed,
+         QStringLiteral("更新服务器返回了错误 500。")},
+        {server.url(QStringLiteral("/loop.xml")).toString(), Heard::checkFailed,
+         chinese(UpdateTexts::tooManyRedirects)},
         {server.url(QStringLiteral("/stall.xml")).toString(), Heard::checkFailed, chinese(UpdateTexts::timedOut)},
         {server.url(QStringLiteral("/cut.xml")).toString(), Heard::checkFailed, chinese(UpdateTexts::unreachable)},
         {refused, Heard::checkFailed, chinese(UpdateTexts::unreachable)},
@@ -217,8 +230,11 @@ TEST_F(UpdaterTest, ABackgroundCheckSpeaksOnlyOfANewerVersion) {
     const struct {
         const char* path;
         Heard::Kind kind;
-    } cases[] = {{"/newer.xml", Heard::available}, {"/same.xml", Heard::nothing}, {"/bad.xml", Heard::nothing},
-                 {"/missing.xml", Heard::nothing}, {"/stall.xml", Heard::nothing}};
+    } cases[] = {{"/newer.xml", Heard::available},
+                 {"/same.xml", Heard::nothing},
+                 {"/bad.xml", Heard::nothing},
+                 {"/missing.xml", Heard::nothing},
+                 {"/stall.xml", Heard::nothing}};
     Updater updater(options());
     updater.start();
     for (const auto& c : cases) {
@@ -245,7 +261,8 @@ TEST_F(UpdaterTest, ChecksBeginAtStartOnlyWhenAutomaticAndNeverOverlap) {
         const int before = server.requests(QStringLiteral("/appcast.xml"));
         Updater updater(options());
         std::vector<bool> changes;
-        QObject::connect(&updater, &Updater::canCheckForUpdatesChanged, &updater, [&](bool can) { changes.push_back(can); });
+        QObject::connect(&updater, &Updater::canCheckForUpdatesChanged, &updater,
+                         [&](bool can) { changes.push_back(can); });
         const Heard heard = listen(updater, [&] {
             updater.start();
             updater.checkForUpdates(); // ignored while the launch check runs
@@ -395,7 +412,8 @@ TEST(UpdateSignature, TheSigningToolSignsWhatTheUpdaterAccepts) {
     ASSERT_TRUE(generate.waitForFinished(10'000));
     ASSERT_EQ(generate.exitCode(), 0);
     const QByteArray publicKey = generate.readAllStandardOutput().trimmed();
-    EXPECT_EQ(QFile(secret).permissions() & (QFileDevice::ReadGroup | QFileDevice::ReadOther), QFileDevice::Permissions());
+    EXPECT_EQ(QFile(secret).permissions() & (QFileDevice::ReadGroup | QFileDevice::ReadOther),
+              QFileDevice::Permissions());
 
     QProcess again;
     again.start(tool, {QStringLiteral("generate-keys"), secret});
@@ -424,7 +442,8 @@ TEST(UpdateTexts, EverySentenceHasAnEnglishRow) {
     }
     // What the user reads goes through the same table.
     Localization::setLanguageForThisRun(AppLanguage::english);
-    EXPECT_EQ(UpdateTexts::text(UpdateTexts::notSaved), *Locale::translation("en", "Updater", UpdateTexts::notSaved, std::nullopt));
+    EXPECT_EQ(UpdateTexts::text(UpdateTexts::notSaved),
+              *Locale::translation("en", "Updater", UpdateTexts::notSaved, std::nullopt));
     EXPECT_EQ(UpdateTexts::text(UpdateTexts::httpError, {"404"}).find("404") != std::string::npos, true);
     Localization::setLanguageForThisRun(AppLanguage::chinese);
     EXPECT_EQ(UpdateTexts::text(UpdateTexts::notSaved), std::string(UpdateTexts::notSaved));

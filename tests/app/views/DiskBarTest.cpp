@@ -11,7 +11,9 @@
 namespace lumabroom {
 namespace {
 
-DiskSpace disk(std::int64_t total, std::int64_t available) { return {.volumeName = "Data", .total = total, .available = available}; }
+DiskSpace disk(std::int64_t total, std::int64_t available) {
+    return {.volumeName = "Data", .total = total, .available = available};
+}
 
 std::vector<QString> visibleTexts(const QWidget& widget) {
     std::vector<QString> texts;
@@ -31,11 +33,21 @@ TEST(DiskBar, ShowsClampedValuesAndTheHintOnlyWithSomethingToClean) {
         std::vector<QString> expected;
     };
     const Case cases[] = {
-        {"cut to used", disk(10'000'000'000, 4'000'000'000), 7'000'000'000, 1'000'000'000,
-         {"Data", "剩余 4.00 GB / 10.00 GB", "可清理 6.00 GB", "需专用操作 0 字节", "清掉可清理的 6.00 GB 后,剩余空间到 10.00 GB"}},
-        {"nothing cleanable", disk(10'000'000'000, 4'000'000'000), 0, 2'000'000'000,
+        {"cut to used",
+         disk(10'000'000'000, 4'000'000'000),
+         7'000'000'000,
+         1'000'000'000,
+         {"Data", "剩余 4.00 GB / 10.00 GB", "可清理 6.00 GB", "需专用操作 0 字节",
+          "清掉可清理的 6.00 GB 后,剩余空间到 10.00 GB"}},
+        {"nothing cleanable",
+         disk(10'000'000'000, 4'000'000'000),
+         0,
+         2'000'000'000,
          {"Data", "剩余 4.00 GB / 10.00 GB", "可清理 0 字节", "需专用操作 2.00 GB"}},
-        {"all free", disk(10'000'000'000, 10'000'000'000), 3, 3,
+        {"all free",
+         disk(10'000'000'000, 10'000'000'000),
+         3,
+         3,
          {"Data", "剩余 10.00 GB / 10.00 GB", "可清理 0 字节", "需专用操作 0 字节"}},
     };
     for (const Case& c : cases) {
@@ -53,9 +65,9 @@ TEST(DiskBar, SpeaksEnglish) {
     Localization::setLanguageForThisRun(AppLanguage::chinese);
     EXPECT_EQ(bar.findChildren<FigureLabel*>().at(1)->toolTip(),
               "“Free” matches the file manager and includes space the system can purge");
-    EXPECT_EQ(visibleTexts(bar), (std::vector<QString>{"Data", "4.00 GB free of 10.00 GB", "Cleanable 1.00 GB",
-                                                       "Needs its own action 2.00 GB",
-                                                       "Cleaning 1.00 GB leaves 5.00 GB free"}));
+    EXPECT_EQ(visibleTexts(bar),
+              (std::vector<QString>{"Data", "4.00 GB free of 10.00 GB", "Cleanable 1.00 GB",
+                                    "Needs its own action 2.00 GB", "Cleaning 1.00 GB leaves 5.00 GB free"}));
 }
 
 TEST(DiskStatusSegment, OpensTheFullBarWhileThePointerIsOver) {

@@ -1,5 +1,5 @@
-#include "Morph.h"
 #include "SunburstPainter.h"
+#include "Morph.h"
 
 #include <QImage>
 #include <QPainter>
@@ -40,8 +40,12 @@ QImage render(const std::vector<Segment>& segments, double ratio, SunburstPainte
     image.setDevicePixelRatio(ratio);
     image.fill(background);
     QPainter painter(&image);
-    const auto shapes = Morph::frame({.from = {}, .to = segments, .progress = 1, .hoverID = std::nullopt,
-                                      .light = false, .palette = ChartPalette::hues},
+    const auto shapes = Morph::frame({.from = {},
+                                      .to = segments,
+                                      .progress = 1,
+                                      .hoverID = std::nullopt,
+                                      .light = false,
+                                      .palette = ChartPalette::hues},
                                      radius);
     SunburstPainter::paint(painter, centre, shapes, false, {}, glows);
     return image;
@@ -95,8 +99,9 @@ TEST(SunburstPainter, KeptGlowsPaintWhatFreshOnesDo) {
     Segment shrunk = list[2];
     shrunk.band.outer = 0.8;
     SunburstPainter::GlowCache glows;
-    for (const auto& segments : {list, list, std::vector{list[0], list[1], moved}, std::vector{list[0], list[1], recoloured},
-                                 std::vector{list[0], list[1], shrunk}, list}) {
+    for (const auto& segments :
+         {list, list, std::vector{list[0], list[1], moved}, std::vector{list[0], list[1], recoloured},
+          std::vector{list[0], list[1], shrunk}, list}) {
         SCOPED_TRACE(segments[2].start + *segments[2].hue + segments[2].band.outer);
         for (double ratio : {1.0, 2.0}) {
             SCOPED_TRACE(ratio);
@@ -124,7 +129,9 @@ TEST(SunburstPainter, SectorPolygonKeepsItsChordsCloseToTheArcs) {
         SCOPED_TRACE(testing::Message() << c.inner << " " << c.end << " " << c.scale);
         const QPolygonF polygon = SunburstPainter::sectorPolygon(centre, c.inner, c.outer, c.start, c.end, c.scale);
         ASSERT_EQ(polygon.size(), c.points);
-        const auto at = [&](double r, double angle) { return centre + QPointF(r * std::cos(angle), r * std::sin(angle)); };
+        const auto at = [&](double r, double angle) {
+            return centre + QPointF(r * std::cos(angle), r * std::sin(angle));
+        };
         EXPECT_EQ(polygon.front(), at(c.outer, c.start));
         EXPECT_EQ(polygon.back(), at(c.inner, c.start));
         double worst = 0;

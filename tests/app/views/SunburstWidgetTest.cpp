@@ -29,10 +29,12 @@ RuleScanResult rule(const std::string& id, Category category, std::int64_t size,
 class SunburstWidgetTest : public ::testing::Test {
 protected:
     void SetUp() override {
-        results = {rule("a", Category::xcode, 600, SafetyLevel::safe), rule("b", Category::system, 300, SafetyLevel::reportOnly)};
+        results = {rule("a", Category::xcode, 600, SafetyLevel::safe),
+                   rule("b", Category::system, 300, SafetyLevel::reportOnly)};
         widget.resize(440, 440); // R = 196
         widget.setProvider(provider());
-        QObject::connect(&widget, &SunburstWidget::tapped, &widget, [this](const TapDecision& d) { taps.push_back(d); });
+        QObject::connect(&widget, &SunburstWidget::tapped, &widget,
+                         [this](const TapDecision& d) { taps.push_back(d); });
     }
 
     SunburstWidget::Provider provider() {

@@ -78,8 +78,8 @@ protected:
             for (const ScanEntry& e : entries) cleaned->calls.push_back(std::string(rawValue(method)) + " " + e.id());
             return CleanResult{};
         };
-        services.scan = [gate = gate, started = started, freeScans, found = found](const std::vector<CleanRule>&,
-                                                                                   const ModelServices::ResultSink& sink) {
+        services.scan = [gate = gate, started = started, freeScans,
+                         found = found](const std::vector<CleanRule>&, const ModelServices::ResultSink& sink) {
             if ((*started)++ >= freeScans) gate->wait();
             for (const RuleScanResult& r : *found) sink(r);
         };
