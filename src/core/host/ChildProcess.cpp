@@ -213,97 +213,124 @@ void endGroup(pid_t pgid, Clock::time_point graceEnd, Clock::duration grace) {
     if (groupEmptiesBy(pgid, Clock::now() + grace)) return;
     ::kill(-pgid, SIGKILL);
 }
+// One child that run() watches until its output is closed and it has exited, or a limit ends the
+// wait. The output descriptor stays the caller's.
+class Watch {
+public:
+    Watch(pid_t pid, int output, const Limits& limits, Clock::time_point start)
+        : pid_(pid),
+          output_(output),
+          exitEnd_(exitDescriptor(pid)),
+          limits_(limits),
+          deadline_(start + durationOf(limits.timeoutSeconds)),
+          killTime_(deadline_ + durationOf(limits.killGraceSeconds)),
+          groupGrace_(durationOf(limits.groupGraceSeconds)) {}
+
+    void wait() {
+        while (!over()) waitOnce();
+    }
+
+    Outcome outcome;
+    bool killed = false;
+    Clock::time_point lingerEnd = Clock::time_point::max();
+
+private:
+    // Whether the wait is over; sends the time limits' signals on the way.
+    bool over() {
+        if (outcome.outputOverflowed) return kill();
+        if (!exited_ && exitEnd_.get() < 0) exited_ = hasExited(pid_);
+        const auto now = Clock::now();
+        if (exited_ && lingerEnd == Clock::time_point::max()) lingerEnd = now + groupGrace_;
+        if (closed_ && exited_) return true;
+        // What the leader wrote is in the pipe already; a descendant holding it open does not make
+        // the leader's result wait.
+        if (exited_) return now >= lingerEnd;
+        if (!outcome.reachedTimeLimit && now >= deadline_) {
+            ::kill(-pid_, SIGTERM);
+            outcome.reachedTimeLimit = true;
+        }
+        return outcome.reachedTimeLimit && now >= killTime_ && kill();
+    }
+
+    bool kill() {
+        ::kill(-pid_, SIGKILL);
+        killed = true;
+        return true;
+    }
+
+    // Waits for output, the exit or the next limit, and takes what came.
+    void waitOnce() {
+        int waitMs = millisecondsUntil(exited_ ? lingerEnd : outcome.reachedTimeLimit ? killTime_ : deadline_);
+        pollfd watched[2];
+        nfds_t count = 0;
+        if (!closed_) watched[count++] = {output_, POLLIN, 0};
+        if (!exited_ && exitEnd_.get() >= 0) watched[count++] = {exitEnd_.get(), POLLIN, 0};
+        if (!exited_ && exitEnd_.get() < 0) {
+            // No exit descriptor: look again soon, then less often.
+            waitMs = std::min(waitMs, exitPollMs_);
+            exitPollMs_ = std::min(exitPollMs_ * 2, 50);
+        }
+        if (::poll(count ? watched : nullptr, count, waitMs) < 0) {
+            if (errno != EINTR) {
+                closed_ = true;
+                exitEnd_.reset(); // look for the exit the slow way
+            }
+            return;
+        }
+        for (nfds_t i = 0; i < count; ++i) {
+            if (watched[i].revents == 0) continue;
+            if (watched[i].fd == exitEnd_.get()) exited_ = true;
+            else readOutput();
+        }
+    }
+
+    void readOutput() {
+        char buffer[64 * 1024];
+        const ssize_t n = ::read(output_, buffer, sizeof buffer);
+        if (n > 0) {
+            const std::size_t room = limits_.maxOutputBytes - outcome.standardOutput.size();
+            outcome.standardOutput.append(buffer, std::min(room, static_cast<std::size_t>(n)));
+            if (static_cast<std::size_t>(n) > room) outcome.outputOverflowed = true;
+        } else if (n == 0 || (errno != EINTR && errno != EAGAIN)) {
+            closed_ = true;
+        }
+    }
+
+    const pid_t pid_;
+    const int output_;
+    FileDescriptor exitEnd_;
+    const Limits& limits_;
+    const Clock::time_point deadline_;
+    const Clock::time_point killTime_;
+    const Clock::duration groupGrace_;
+    bool closed_ = false;
+    bool exited_ = false;
+    int exitPollMs_ = 1;
+};
 } // namespace
 
 std::optional<Outcome> run(const std::string& executable, const std::vector<std::string>& arguments,
                            const Limits& limits) {
     if (stopped()) return std::nullopt;
+    const Clock::time_point start = Clock::now();
     FileDescriptor readEnd, writeEnd;
     if (!makePipe(readEnd, writeEnd)) return std::nullopt;
-    const Clock::time_point deadline = Clock::now() + durationOf(limits.timeoutSeconds);
-    const Clock::time_point killTime = deadline + durationOf(limits.killGraceSeconds);
-    const Clock::duration groupGrace = durationOf(limits.groupGraceSeconds);
-
     pid_t pid = spawn(executable, arguments, writeEnd.get());
     writeEnd.reset();
     if (pid < 0) return std::nullopt;
     enrol(pid);
 
-    FileDescriptor exitEnd(exitDescriptor(pid));
-    Outcome outcome;
-    bool closed = false, exited = false, killed = false;
-    Clock::time_point lingerEnd = Clock::time_point::max();
-    int exitPollMs = 1;
-    char buffer[64 * 1024];
-    for (;;) {
-        if (!exited && exitEnd.get() < 0) exited = hasExited(pid);
-        const auto now = Clock::now();
-        if (exited && lingerEnd == Clock::time_point::max()) lingerEnd = now + groupGrace;
-        if (closed && exited) break;
-        if (exited) {
-            // What the leader wrote is in the pipe already; a descendant holding it open does not
-            // make the leader's result wait.
-            if (now >= lingerEnd) break;
-        } else {
-            if (!outcome.reachedTimeLimit && now >= deadline) {
-                ::kill(-pid, SIGTERM);
-                outcome.reachedTimeLimit = true;
-            }
-            if (outcome.reachedTimeLimit && now >= killTime) {
-                ::kill(-pid, SIGKILL);
-                killed = true;
-                break;
-            }
-        }
-
-        int waitMs = millisecondsUntil(exited ? lingerEnd : outcome.reachedTimeLimit ? killTime : deadline);
-        pollfd watched[2];
-        nfds_t count = 0;
-        if (!closed) watched[count++] = {readEnd.get(), POLLIN, 0};
-        if (!exited && exitEnd.get() >= 0) watched[count++] = {exitEnd.get(), POLLIN, 0};
-        if (!exited && exitEnd.get() < 0) {
-            // No exit descriptor: look again soon, then less often.
-            waitMs = std::min(waitMs, exitPollMs);
-            exitPollMs = std::min(exitPollMs * 2, 50);
-        }
-        int events = ::poll(count ? watched : nullptr, count, waitMs);
-        if (events < 0) {
-            if (errno != EINTR) {
-                closed = true;
-                exitEnd.reset(); // look for the exit the slow way
-            }
-            continue;
-        }
-        for (nfds_t i = 0; i < count; ++i) {
-            if (watched[i].revents == 0) continue;
-            if (watched[i].fd == exitEnd.get()) {
-                exited = true;
-                continue;
-            }
-            ssize_t n = ::read(readEnd.get(), buffer, sizeof buffer);
-            if (n > 0) {
-                const std::size_t room = limits.maxOutputBytes - outcome.standardOutput.size();
-                outcome.standardOutput.append(buffer, std::min(room, static_cast<std::size_t>(n)));
-                if (static_cast<std::size_t>(n) > room) outcome.outputOverflowed = true;
-            } else if (n == 0 || (errno != EINTR && errno != EAGAIN)) {
-                closed = true;
-            }
-        }
-        if (outcome.outputOverflowed) {
-            ::kill(-pid, SIGKILL);
-            killed = true;
-            break;
-        }
-    }
+    Watch watch(pid, readEnd.get(), limits, start);
+    watch.wait();
     readEnd.reset();
 
     int status = 0;
     pid_t reaped = -1;
     while ((reaped = ::waitpid(pid, &status, 0)) < 0 && errno == EINTR) {}
-    if (reaped == pid && WIFEXITED(status)) outcome.exitStatus = WEXITSTATUS(status);
-    if (!killed) endGroup(pid, lingerEnd, groupGrace);
+    if (reaped == pid && WIFEXITED(status)) watch.outcome.exitStatus = WEXITSTATUS(status);
+    if (!watch.killed) endGroup(pid, watch.lingerEnd, durationOf(limits.groupGraceSeconds));
     release(pid);
-    return outcome;
+    return std::move(watch.outcome);
 }
 
 void stopAll() {
