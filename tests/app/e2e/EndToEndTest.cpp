@@ -31,6 +31,7 @@
 #include <gtest/gtest.h>
 
 #include <filesystem>
+#include <map>
 #include <memory>
 #include <set>
 
@@ -43,11 +44,12 @@ using test::waitUntil;
 // Generous: a loaded machine may take long, and a wait ends as soon as its condition holds.
 constexpr auto kLimit = std::chrono::seconds(45);
 
-// The window never needs a display.
+// The window never needs a display; LUMABROOM_E2E_PLATFORM=xcb shows it on one (Xvfb) instead.
 class OffscreenApplication : public test::WidgetApplication {
 public:
     void SetUp() override {
-        qputenv("QT_QPA_PLATFORM", "offscreen");
+        const QByteArray platform = qgetenv("LUMABROOM_E2E_PLATFORM");
+        qputenv("QT_QPA_PLATFORM", platform.isEmpty() ? QByteArray("offscreen") : platform);
         WidgetApplication::SetUp();
     }
 };
@@ -175,13 +177,16 @@ protected:
     std::unique_ptr<MainWindow> window;
 };
 
-TEST_F(EndToEnd, TwoTickedEntriesGoToTheDesktopsTrashFromTheBottomBarAndNothingElseMoves) {
+TEST_F(EndToEnd, TwoTickedEntriesGoToTheDesktopsTrashFromTheBottomBarAndComeBackWithUndo) {
     const fs::path browsers = home / ".cache/puppeteer";
     tree.file("home/.cache/puppeteer/chrome/linux-131/chrome", 48 * 1024);
     tree.file("home/.cache/puppeteer/chrome/linux-131/locales/en.pak", 8 * 1024);
     tree.file("home/.cache/puppeteer/firefox/linux-133/firefox", 24 * 1024);
     tree.file("home/.cache/puppeteer/chrome-headless-shell/linux-131/shell", 12 * 1024);
     const fs::path otherCache = tree.file("home/.npm/_cacache/index-v5/aa/bb", 4096);
+    std::map<fs::path, std::string> contents;
+    for (const auto& item : fs::recursive_directory_iterator(browsers))
+        if (item.is_regular_file()) contents[item.path()] = test::readFile(item.path());
     launch();
 
     openRule("tool.puppeteer");
@@ -230,6 +235,19 @@ TEST_F(EndToEnd, TwoTickedEntriesGoToTheDesktopsTrashFromTheBottomBarAndNothingE
     // The rebuilt panel still wears the window's scheme, not the application's.
     const QWidget* column = shown(QStringLiteral("detail"))->findChild<QScrollArea*>()->widget();
     EXPECT_EQ(column->palette().color(QPalette::Window), window->palette().color(QPalette::Window));
+
+    // Undo beside the outcome puts both back, byte for byte, and leaves the Trash without them.
+    click(shown<QPushButton>(QStringLiteral("undo")));
+    ASSERT_TRUE(waitUntil([this] { return !model->isUndoing() && !model->canUndo(); }, kLimit));
+    EXPECT_EQ(*model->lastSummary(), (ActionSummary{ActionSummary::Restored{tickedBytes, 0}}));
+    for (const auto& [path, content] : contents) {
+        SCOPED_TRACE(path.string());
+        ASSERT_TRUE(fs::exists(path));
+        EXPECT_EQ(test::readFile(path), content);
+    }
+    EXPECT_TRUE(fs::is_empty(trash / "files"));
+    EXPECT_TRUE(fs::is_empty(trash / "info"));
+    EXPECT_TRUE(waitUntil([this] { return shownCount(QStringLiteral("entry-row")) == 3; }, kLimit));
 }
 
 TEST_F(EndToEnd, ADirtyWorktreeGoesOnlyAfterTheDialogHasSaidWhatIsLost) {
