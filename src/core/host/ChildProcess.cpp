@@ -213,6 +213,84 @@ void endGroup(pid_t pgid, Clock::time_point graceEnd, Clock::duration grace) {
     if (groupEmptiesBy(pgid, Clock::now() + grace)) return;
     ::kill(-pgid, SIGKILL);
 }
+// One child while run() waits for its output, its exit and its limits.
+struct Watch {
+    pid_t pid;
+    int readFd;
+    FileDescriptor& exitEnd;
+    std::size_t maxOutputBytes;
+    Clock::time_point deadline;
+    Clock::time_point killTime;
+    Clock::duration groupGrace;
+    Outcome outcome{};
+    bool closed = false, exited = false, killed = false;
+    Clock::time_point lingerEnd = Clock::time_point::max();
+    int exitPollMs = 1;
+
+    // Signals the group as the limits say; true when there is nothing more to wait for.
+    bool done() {
+        if (killed) return true;
+        if (!exited && exitEnd.get() < 0) exited = hasExited(pid);
+        const auto now = Clock::now();
+        if (exited && lingerEnd == Clock::time_point::max()) lingerEnd = now + groupGrace;
+        if (closed && exited) return true;
+        // What the leader wrote is in the pipe already; a descendant holding it open does not
+        // make the leader's result wait.
+        if (exited) return now >= lingerEnd;
+        if (!outcome.reachedTimeLimit && now >= deadline) {
+            ::kill(-pid, SIGTERM);
+            outcome.reachedTimeLimit = true;
+        }
+        if (outcome.reachedTimeLimit && now >= killTime) {
+            ::kill(-pid, SIGKILL);
+            killed = true;
+        }
+        return killed;
+    }
+
+    // Waits for output, the exit or the next limit, and takes what came.
+    void waitOnce() {
+        int waitMs = millisecondsUntil(exited ? lingerEnd : outcome.reachedTimeLimit ? killTime : deadline);
+        pollfd watched[2];
+        nfds_t count = 0;
+        if (!closed) watched[count++] = {readFd, POLLIN, 0};
+        if (!exited && exitEnd.get() >= 0) watched[count++] = {exitEnd.get(), POLLIN, 0};
+        if (!exited && exitEnd.get() < 0) {
+            // No exit descriptor: look again soon, then less often.
+            waitMs = std::min(waitMs, exitPollMs);
+            exitPollMs = std::min(exitPollMs * 2, 50);
+        }
+        int events = ::poll(count ? watched : nullptr, count, waitMs);
+        if (events < 0) {
+            if (errno != EINTR) {
+                closed = true;
+                exitEnd.reset(); // look for the exit the slow way
+            }
+            return;
+        }
+        for (nfds_t i = 0; i < count; ++i) {
+            if (watched[i].revents == 0) continue;
+            if (watched[i].fd == exitEnd.get()) exited = true;
+            else read();
+        }
+        if (outcome.outputOverflowed) {
+            ::kill(-pid, SIGKILL);
+            killed = true;
+        }
+    }
+
+    void read() {
+        char buffer[64 * 1024];
+        ssize_t n = ::read(readFd, buffer, sizeof buffer);
+        if (n > 0) {
+            const std::size_t room = maxOutputBytes - outcome.standardOutput.size();
+            outcome.standardOutput.append(buffer, std::min(room, static_cast<std::size_t>(n)));
+            if (static_cast<std::size_t>(n) > room) outcome.outputOverflowed = true;
+        } else if (n == 0 || (errno != EINTR && errno != EAGAIN)) {
+            closed = true;
+        }
+    }
+};
 } // namespace
 
 std::optional<Outcome> run(const std::string& executable, const std::vector<std::string>& arguments,
@@ -230,80 +308,17 @@ std::optional<Outcome> run(const std::string& executable, const std::vector<std:
     enrol(pid);
 
     FileDescriptor exitEnd(exitDescriptor(pid));
-    Outcome outcome;
-    bool closed = false, exited = false, killed = false;
-    Clock::time_point lingerEnd = Clock::time_point::max();
-    int exitPollMs = 1;
-    char buffer[64 * 1024];
-    for (;;) {
-        if (!exited && exitEnd.get() < 0) exited = hasExited(pid);
-        const auto now = Clock::now();
-        if (exited && lingerEnd == Clock::time_point::max()) lingerEnd = now + groupGrace;
-        if (closed && exited) break;
-        if (exited) {
-            // What the leader wrote is in the pipe already; a descendant holding it open does not
-            // make the leader's result wait.
-            if (now >= lingerEnd) break;
-        } else {
-            if (!outcome.reachedTimeLimit && now >= deadline) {
-                ::kill(-pid, SIGTERM);
-                outcome.reachedTimeLimit = true;
-            }
-            if (outcome.reachedTimeLimit && now >= killTime) {
-                ::kill(-pid, SIGKILL);
-                killed = true;
-                break;
-            }
-        }
-
-        int waitMs = millisecondsUntil(exited ? lingerEnd : outcome.reachedTimeLimit ? killTime : deadline);
-        pollfd watched[2];
-        nfds_t count = 0;
-        if (!closed) watched[count++] = {readEnd.get(), POLLIN, 0};
-        if (!exited && exitEnd.get() >= 0) watched[count++] = {exitEnd.get(), POLLIN, 0};
-        if (!exited && exitEnd.get() < 0) {
-            // No exit descriptor: look again soon, then less often.
-            waitMs = std::min(waitMs, exitPollMs);
-            exitPollMs = std::min(exitPollMs * 2, 50);
-        }
-        int events = ::poll(count ? watched : nullptr, count, waitMs);
-        if (events < 0) {
-            if (errno != EINTR) {
-                closed = true;
-                exitEnd.reset(); // look for the exit the slow way
-            }
-            continue;
-        }
-        for (nfds_t i = 0; i < count; ++i) {
-            if (watched[i].revents == 0) continue;
-            if (watched[i].fd == exitEnd.get()) {
-                exited = true;
-                continue;
-            }
-            ssize_t n = ::read(readEnd.get(), buffer, sizeof buffer);
-            if (n > 0) {
-                const std::size_t room = limits.maxOutputBytes - outcome.standardOutput.size();
-                outcome.standardOutput.append(buffer, std::min(room, static_cast<std::size_t>(n)));
-                if (static_cast<std::size_t>(n) > room) outcome.outputOverflowed = true;
-            } else if (n == 0 || (errno != EINTR && errno != EAGAIN)) {
-                closed = true;
-            }
-        }
-        if (outcome.outputOverflowed) {
-            ::kill(-pid, SIGKILL);
-            killed = true;
-            break;
-        }
-    }
+    Watch watch{pid, readEnd.get(), exitEnd, limits.maxOutputBytes, deadline, killTime, groupGrace};
+    while (!watch.done()) watch.waitOnce();
     readEnd.reset();
 
     int status = 0;
     pid_t reaped = -1;
     while ((reaped = ::waitpid(pid, &status, 0)) < 0 && errno == EINTR) {}
-    if (reaped == pid && WIFEXITED(status)) outcome.exitStatus = WEXITSTATUS(status);
-    if (!killed) endGroup(pid, lingerEnd, groupGrace);
+    if (reaped == pid && WIFEXITED(status)) watch.outcome.exitStatus = WEXITSTATUS(status);
+    if (!watch.killed) endGroup(pid, watch.lingerEnd, groupGrace);
     release(pid);
-    return outcome;
+    return std::move(watch.outcome);
 }
 
 void stopAll() {
