@@ -240,8 +240,9 @@ private:
     void offMainThread(Work work, Done done);
 
     Key intern(std::string_view path, std::uint64_t hash);
-    // Takes the sizes out of `prepared`; `previous` is the index of the result it replaces.
-    Indexed indexOf(PreparedResult& prepared, const Indexed* previous);
+    // Makes `indexed`, the index of the result that `prepared` replaces (or an empty one), that of
+    // `prepared`, taking its sizes.
+    void reindex(PreparedResult& prepared, Indexed& indexed);
     // The keys of a result of the model's list, or of a copy of one.
     std::vector<Key> keysOf(const RuleScanResult& result);
     const Indexed* indexedOf(const RuleScanResult& result) const;

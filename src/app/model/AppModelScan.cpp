@@ -76,12 +76,15 @@ void AppModel::replaceEntries(std::size_t position, std::vector<ScanEntry> entri
 // At `position` of the list, or at its end as a new one.
 void AppModel::place(std::size_t position, PreparedResult prepared) {
     if (position == results_.size()) {
-        indexed_.push_back(indexOf(prepared, nullptr));
+        reindex(prepared, indexed_.emplace_back());
         results_.push_back(std::move(prepared.result));
     } else {
-        indexed_[position] = indexOf(prepared, &indexed_[position]);
-        // Tens of thousands of paths take a while to free; the pool does it.
-        WorkPool::shared().start([old = std::move(results_[position].entries)] {});
+        std::vector<std::int64_t> oldSizes = std::move(indexed_[position].sizes);
+        reindex(prepared, indexed_[position]);
+        // Tens of thousands of paths take a while to free: the pool does it, and frees the large
+        // arrays too, which would otherwise wait for the allocator's lock while it works.
+        WorkPool::shared().start([old = std::move(results_[position].entries), oldSizes = std::move(oldSizes),
+                                    hashes = std::move(prepared.hashes)] {});
         results_[position] = std::move(prepared.result);
     }
     Q_EMIT resultsChanged();

@@ -31,23 +31,33 @@ AppModel::Key AppModel::intern(std::string_view path, std::uint64_t hash) {
     return key;
 }
 
-AppModel::Indexed AppModel::indexOf(PreparedResult& prepared, const Indexed* previous) {
+void AppModel::reindex(PreparedResult& prepared, Indexed& indexed) {
     const std::vector<ScanEntry>& entries = prepared.result.entries;
-    Indexed indexed{prepared.total, std::vector<Key>(entries.size()), std::move(prepared.sizes)};
-    paths_.reserve(entries.size());
-    for (std::size_t j = 0; j < entries.size(); ++j) {
-        // The table is larger than the cache: ask early for what later lookups will read.
-        if (j + 2 * kPrefetchDistance < entries.size()) paths_.prefetchSlot(prepared.hashes[j + 2 * kPrefetchDistance]);
-        if (j + kPrefetchDistance < entries.size()) paths_.prefetchPath(prepared.hashes[j + kPrefetchDistance]);
-        const std::string& path = entries[j].url.native();
-        const std::uint64_t hash = prepared.hashes[j];
-        // A rescan mostly finds what the last one found, in the same places of the list: comparing
-        // with the old entry there is cheaper than a lookup.
-        const Key* before = previous && j < previous->keys.size() ? &previous->keys[j] : nullptr;
-        const bool same = before && paths_.hashOf(*before) == hash && paths_.path(*before) == path;
-        indexed.keys[j] = same ? *before : intern(path, hash);
+    const std::vector<std::uint64_t>& hashes = prepared.hashes;
+    std::vector<Key>& keys = indexed.keys;
+    // A rescan mostly finds what the last one found, in the same places of the list: comparing
+    // with the old entry there is cheaper than a lookup, so only the others are looked up after.
+    const std::size_t kept = std::min(keys.size(), entries.size());
+    keys.resize(entries.size(), PathInterner::kNoKey);
+    std::size_t missing = entries.size() - kept;
+    for (std::size_t j = 0; j < kept; ++j) {
+        if (paths_.hashOf(keys[j]) == hashes[j] && paths_.path(keys[j]) == entries[j].url.native()) continue;
+        keys[j] = PathInterner::kNoKey;
+        ++missing;
     }
-    return indexed;
+    if (missing > 0) {
+        paths_.reserve(missing);
+        for (std::size_t j = 0; j < entries.size(); ++j) {
+            // The table is larger than the cache: ask early for what later lookups will read.
+            if (const std::size_t ahead = j + 2 * kPrefetchDistance; ahead < entries.size() && keys[ahead] == PathInterner::kNoKey)
+                paths_.prefetchSlot(hashes[ahead]);
+            if (const std::size_t ahead = j + kPrefetchDistance; ahead < entries.size() && keys[ahead] == PathInterner::kNoKey)
+                paths_.prefetchPath(hashes[ahead]);
+            if (keys[j] == PathInterner::kNoKey) keys[j] = intern(entries[j].url.native(), hashes[j]);
+        }
+    }
+    indexed.sizes = std::move(prepared.sizes);
+    indexed.total = prepared.total;
 }
 
 const AppModel::Indexed* AppModel::indexedOf(const RuleScanResult& result) const {

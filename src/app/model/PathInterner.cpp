@@ -15,17 +15,6 @@ constexpr std::size_t kFirstCapacity = 1024;
 
 std::uint64_t PathInterner::hash(std::string_view path) { return std::hash<std::string_view>{}(path); }
 
-// The slot that holds the path, or the empty one where it would go.
-std::size_t PathInterner::slotOf(std::string_view path, std::uint64_t hash) const {
-    const std::size_t mask = slots_.size() - 1;
-    for (std::size_t i = hash & mask;; i = (i + 1) & mask) {
-        const Slot& slot = slots_[i];
-        if (slot.key == kEmpty ||
-            (slot.hash == hash && slot.size == path.size() && (path.empty() || std::memcmp(slot.data, path.data(), path.size()) == 0)))
-            return i;
-    }
-}
-
 std::optional<PathInterner::Key> PathInterner::find(std::string_view path, std::uint64_t hash) const {
     if (slots_.empty()) return std::nullopt;
     const Slot& slot = slots_[slotOf(path, hash)];
@@ -33,25 +22,12 @@ std::optional<PathInterner::Key> PathInterner::find(std::string_view path, std::
     return slot.key;
 }
 
-std::pair<PathInterner::Key, bool> PathInterner::intern(std::string_view path, std::uint64_t hash) {
-    reserve(1);
-    Slot& slot = slots_[slotOf(path, hash)];
-    if (slot.key != kEmpty) return {slot.key, false};
+PathInterner::Key PathInterner::add(Slot& slot, std::string_view path, std::uint64_t hash) {
     const std::string_view stored = store(path);
     slot = {hash, stored.data(), static_cast<std::uint32_t>(stored.size()), static_cast<Key>(paths_.size())};
     paths_.push_back(stored);
     hashes_.push_back(hash);
-    return {slot.key, true};
-}
-
-void PathInterner::prefetchSlot(std::uint64_t hash) const {
-    if (!slots_.empty()) __builtin_prefetch(&slots_[hash & (slots_.size() - 1)]);
-}
-
-void PathInterner::prefetchPath(std::uint64_t hash) const {
-    if (slots_.empty()) return;
-    const Slot& slot = slots_[hash & (slots_.size() - 1)];
-    if (slot.hash == hash) __builtin_prefetch(slot.data);
+    return slot.key;
 }
 
 void PathInterner::reserve(std::size_t count) {

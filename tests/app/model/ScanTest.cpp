@@ -167,6 +167,38 @@ TEST(Scan, ManyScansOfChangingPathsKeepTheSelectionRight) {
     EXPECT_FALSE(model.isSelected("/g3/7"));
 }
 
+// A rescan's entries are matched to the old ones by place first and looked up only where that
+// fails, so paths that moved, came twice, or were dropped must all keep their own selection.
+TEST(Scan, ARescanKeepsEachPathsSelectionWhereverItMoved) {
+    const CleanRule rule = makeRule("r", Category::tool, SafetyLevel::safe);
+    struct Case {
+        const char* name;
+        std::vector<std::pair<std::string, std::int64_t>> entries;
+        std::int64_t selectedCount;
+        std::int64_t selectedBytes;
+        std::int64_t selectedAfterToggle; // of the whole rule
+    };
+    const Case cases[] = {
+        {"same", {{"/a", 1}, {"/b", 2}, {"/c", 4}, {"/d", 8}}, 2, 10, 4},
+        {"shifted", {{"/x", 16}, {"/a", 1}, {"/b", 2}, {"/c", 4}, {"/d", 8}}, 2, 10, 5},
+        {"shrunk and swapped", {{"/d", 8}, {"/b", 2}}, 2, 10, 0},
+        {"grown, with a path twice", {{"/a", 1}, {"/b", 2}, {"/b", 2}, {"/e", 32}, {"/d", 8}, {"/f", 64}}, 3, 12, 6},
+        {"all new", {{"/e", 32}, {"/f", 64}}, 0, 0, 2},
+        {"empty", {}, 0, 0, 0},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.name);
+        AppModel model(testServices({}, std::make_shared<ServiceLog>()));
+        model.apply(makeResult(rule, {{"/a", 1}, {"/b", 2}, {"/c", 4}, {"/d", 8}}));
+        model.setSelectedEntryIDs({"/b", "/d"});
+        model.apply(makeResult(rule, c.entries));
+        EXPECT_EQ(model.selectedEntryCount(), c.selectedCount);
+        EXPECT_EQ(model.selectedBytes(), c.selectedBytes);
+        model.toggleRule(*model.result("r"));
+        EXPECT_EQ(model.selectedEntryCount(), c.selectedAfterToggle);
+    }
+}
+
 TEST(Lifetime, WorkThatEndsAfterTheModelIsGoneDropsItsOutcome) {
     Tree t;
     Gate gate;
