@@ -43,7 +43,9 @@ ModelServices ModelServices::live() {
 }
 
 AppModel::AppModel(ModelServices services, QObject* parent)
-    : QObject(parent), services_(std::move(services)), inbox_(std::make_shared<Inbox>(this)),
+    : QObject(parent),
+      services_(std::move(services)),
+      inbox_(std::make_shared<Inbox>(this)),
       collapsedCategories_(allCategories.begin(), allCategories.end()) {}
 
 AppModel::~AppModel() { inbox_->close(); }
@@ -141,7 +143,8 @@ std::string AppModel::scanProgressText() const {
 }
 
 const RuleScanResult* AppModel::result(std::string_view ruleID) const {
-    const auto found = std::find_if(results_.begin(), results_.end(), [&](const auto& r) { return r.rule.id == ruleID; });
+    const auto found =
+        std::find_if(results_.begin(), results_.end(), [&](const auto& r) { return r.rule.id == ruleID; });
     return found == results_.end() ? nullptr : &*found;
 }
 
@@ -150,7 +153,8 @@ std::vector<VisibleGroup> AppModel::visibleGroups() const {
     for (Category category : allCategories) {
         std::vector<std::size_t> members;
         for (std::size_t i = 0; i < results_.size(); ++i)
-            if (results_[i].rule.category == category && (showEmptyRules_ || indexed_[i].total > 0)) members.push_back(i);
+            if (results_[i].rule.category == category && (showEmptyRules_ || indexed_[i].total > 0))
+                members.push_back(i);
         if (members.empty()) continue;
         std::stable_sort(members.begin(), members.end(),
                          [&](std::size_t a, std::size_t b) { return indexed_[a].total > indexed_[b].total; });

@@ -31,7 +31,8 @@ void AppModel::refineOrbStackIfNeeded(bool force) {
                   [this](std::optional<std::vector<ScanEntry>> refined) {
                       // Disk entries that arrived during the refinement count when the daemon gave nothing.
                       OptionalEntries fresh = refined ? std::move(refined) : pendingOrbStackDiskEntries_;
-                      assign(pendingOrbStackDiskEntries_, OptionalEntries(), &AppModel::pendingOrbStackDiskEntriesChanged);
+                      assign(pendingOrbStackDiskEntries_, OptionalEntries(),
+                             &AppModel::pendingOrbStackDiskEntriesChanged);
                       const RuleScanResult* current = result(kOrbStackRule);
                       if (fresh && current)
                           replaceEntries(static_cast<std::size_t>(current - results_.data()), std::move(*fresh));

@@ -14,7 +14,7 @@ void AppModel::scan() {
     // The last step of the progress waits for both the scanner and worktree discovery.
     scanPartsRunning_ = 2;
     discoverWorktrees(true, [this] { scanPartEnded(); });
-    WorkPool::shared().start([this, inbox = inbox_, scanRules = services_.scan, rules = services_.scanRules] {
+    workPool().submit([this, inbox = inbox_, scanRules = services_.scan, rules = services_.scanRules] {
         scanRules(rules, [&](RuleScanResult result) {
             inbox->post([this, prepared = PreparedResult(std::move(result))]() mutable {
                 assign(scannedRuleCount_, scannedRuleCount_ + 1, &AppModel::scannedRuleCountChanged);
@@ -39,7 +39,7 @@ void AppModel::rescanRules(const std::set<std::string>& ruleIDs) {
         if (ruleIDs.count(rule.id) > 0) rules.push_back(rule);
     if (rules.empty()) return;
     const bool refinesOrbStack = ruleIDs.count(std::string(kOrbStackRule)) > 0;
-    WorkPool::shared().start([this, inbox = inbox_, scanRules = services_.scan, rules = std::move(rules), refinesOrbStack] {
+    workPool().submit([this, inbox = inbox_, scanRules = services_.scan, rules = std::move(rules), refinesOrbStack] {
         scanRules(rules, [&](RuleScanResult result) {
             inbox->post([this, prepared = PreparedResult(std::move(result))]() mutable { apply(std::move(prepared)); });
         });
@@ -59,8 +59,8 @@ void AppModel::apply(PreparedResult prepared) {
         std::find_if(results_.begin(), results_.end(), [&](const auto& r) { return r.rule.id == result.rule.id; });
     // A plain scan of the OrbStack disks must not wipe out the Docker breakdown on screen: the fresh
     // disk entries wait for a refinement instead.
-    if (result.rule.id == kOrbStackRule && position != results_.end() && holdsDockerRow(position->entries) &&
-        !holdsDockerRow(result.entries)) {
+    if (result.rule.id == kOrbStackRule && position != results_.end() && holdsDockerRow(position->entries)
+        && !holdsDockerRow(result.entries)) {
         assign(pendingOrbStackDiskEntries_, OptionalEntries(std::move(result.entries)),
                &AppModel::pendingOrbStackDiskEntriesChanged);
         refineOrbStackIfNeeded(false);
@@ -83,8 +83,8 @@ void AppModel::place(std::size_t position, PreparedResult prepared) {
         reindex(prepared, indexed_[position]);
         // Tens of thousands of paths take a while to free: the pool does it, and frees the large
         // arrays too, which would otherwise wait for the allocator's lock while it works.
-        WorkPool::shared().start([old = std::move(results_[position].entries), oldSizes = std::move(oldSizes),
-                                    hashes = std::move(prepared.hashes)] {});
+        workPool().submit([old = std::move(results_[position].entries), oldSizes = std::move(oldSizes),
+                           hashes = std::move(prepared.hashes)] {});
         results_[position] = std::move(prepared.result);
     }
     Q_EMIT resultsChanged();

@@ -49,9 +49,11 @@ void AppModel::reindex(PreparedResult& prepared, Indexed& indexed) {
         paths_.reserve(missing);
         for (std::size_t j = 0; j < entries.size(); ++j) {
             // The table is larger than the cache: ask early for what later lookups will read.
-            if (const std::size_t ahead = j + 2 * kPrefetchDistance; ahead < entries.size() && keys[ahead] == PathInterner::kNoKey)
+            if (const std::size_t ahead = j + 2 * kPrefetchDistance;
+                ahead < entries.size() && keys[ahead] == PathInterner::kNoKey)
                 paths_.prefetchSlot(hashes[ahead]);
-            if (const std::size_t ahead = j + kPrefetchDistance; ahead < entries.size() && keys[ahead] == PathInterner::kNoKey)
+            if (const std::size_t ahead = j + kPrefetchDistance;
+                ahead < entries.size() && keys[ahead] == PathInterner::kNoKey)
                 paths_.prefetchPath(hashes[ahead]);
             if (keys[j] == PathInterner::kNoKey) keys[j] = intern(entries[j].url.native(), hashes[j]);
         }
@@ -69,7 +71,8 @@ std::vector<AppModel::Key> AppModel::keysOf(const RuleScanResult& result) {
     if (const Indexed* indexed = indexedOf(result)) return indexed->keys;
     std::vector<Key> keys;
     keys.reserve(result.entries.size());
-    for (const ScanEntry& entry : result.entries) keys.push_back(intern(entry.url.native(), PathInterner::hash(entry.url.native())));
+    for (const ScanEntry& entry : result.entries)
+        keys.push_back(intern(entry.url.native(), PathInterner::hash(entry.url.native())));
     return keys;
 }
 

@@ -14,7 +14,7 @@ void AppModel::discoverWorktrees(bool force, std::function<void()> ended) {
         return;
     }
     assign(isLoadingWorktrees_, true, &AppModel::isLoadingWorktreesChanged);
-    WorkPool::shared().start([this, inbox = inbox_, discover = services_.discoverWorktrees, ended = std::move(ended)] {
+    workPool().submit([this, inbox = inbox_, discover = services_.discoverWorktrees, ended = std::move(ended)] {
         discover([&](const std::vector<WorktreeInfo>& list) {
             inbox->post([this, list] {
                 assignAndNotify(worktrees_, OptionalWorktrees(list), &AppModel::worktreesChanged);
@@ -34,7 +34,8 @@ void AppModel::applyWorktreeEntries() {
     const CleanRule* rule = BuiltinRules::find(kWorktreeRule);
     if (!rule) return;
     RuleScanResult result{*rule, {}};
-    for (const WorktreeInfo& worktree : *worktrees_) result.entries.push_back({worktree.path, worktree.size.value_or(0), {}});
+    for (const WorktreeInfo& worktree : *worktrees_)
+        result.entries.push_back({worktree.path, worktree.size.value_or(0), {}});
     apply(std::move(result));
 }
 

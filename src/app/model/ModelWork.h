@@ -5,6 +5,7 @@
 
 #include "AppModel.h"
 
+#include "concurrency/ThreadPool.h"
 #include "tools/OrbStackRefresher.h"
 
 #include <QCoreApplication>
@@ -31,45 +32,13 @@ inline const QEvent::Type kInboxEvent = static_cast<QEvent::Type>(QEvent::regist
 
 inline bool holdsDockerRow(const std::vector<ScanEntry>& entries) { return OrbStackRefresher::isRefined(entries); }
 
-// A fixed set of threads for the model's blocking work. It lives as long as the process and its
-// threads are never joined: a quit must not wait for a tool that may run ten minutes.
-class WorkPool {
-public:
-    static WorkPool& shared() {
-        static WorkPool& pool = *new WorkPool(8);
-        return pool;
-    }
-
-    void start(std::function<void()> job) {
-        {
-            std::lock_guard guard(lock_);
-            jobs_.push_back(std::move(job));
-        }
-        wake_.notify_one();
-    }
-
-private:
-    explicit WorkPool(int threads) {
-        for (int i = 0; i < threads; ++i) std::thread([this] { work(); }).detach();
-    }
-
-    [[noreturn]] void work() {
-        for (;;) {
-            std::function<void()> job;
-            {
-                std::unique_lock guard(lock_);
-                wake_.wait(guard, [this] { return !jobs_.empty(); });
-                job = std::move(jobs_.front());
-                jobs_.pop_front();
-            }
-            job();
-        }
-    }
-
-    std::mutex lock_;
-    std::condition_variable wake_;
-    std::deque<std::function<void()>> jobs_;
-};
+// The model's blocking work runs on threads of its own, apart from the scan's pool: a tool may run
+// for ten minutes, and a scan started meanwhile must not wait for it. Never destroyed: a quit must
+// not wait for such a tool either.
+inline ThreadPool& workPool() {
+    static ThreadPool& pool = *new ThreadPool(8);
+    return pool;
+}
 
 // Outcomes of the pool's work on their way to the model's thread. The queue, not the event, carries
 // them, so that every hand-over goes through one lock that the thread checkers see. The one wake-up
@@ -126,7 +95,7 @@ void AppModel::assignAndNotify(Field& field, Field value, Signal signal) {
 
 template <class Work, class Done>
 void AppModel::offMainThread(Work work, Done done) {
-    WorkPool::shared().start([inbox = inbox_, work = std::move(work), done = std::move(done)]() mutable {
+    workPool().submit([inbox = inbox_, work = std::move(work), done = std::move(done)]() mutable {
         auto outcome = work();
         inbox->post([done = std::move(done), outcome = std::move(outcome)]() mutable { done(std::move(outcome)); });
     });

@@ -2,15 +2,13 @@
 
 #include "concurrency/Cancellation.h"
 #include "concurrency/ParallelMap.h"
+#include "concurrency/ThreadPool.h"
 #include "host/Platform.h"
 
 #include <algorithm>
 #include <condition_variable>
-#include <deque>
 #include <memory>
 #include <mutex>
-#include <thread>
-#include <vector>
 
 namespace lumabroom {
 
@@ -18,46 +16,9 @@ namespace {
 thread_local bool tlsIsWorker = false;
 thread_local bool tlsNested = false;
 
-class Pool {
-public:
-    explicit Pool(std::size_t n) {
-        threads_.reserve(n);
-        for (std::size_t i = 0; i < n; ++i) threads_.emplace_back([this] { loop(); });
-    }
-    void submit(std::function<void()> job, bool urgent) {
-        {
-            std::lock_guard guard(mutex_);
-            if (urgent) queue_.push_front(std::move(job));
-            else queue_.push_back(std::move(job));
-        }
-        ready_.notify_one();
-    }
-    std::size_t size() const { return threads_.size(); }
-
-private:
-    void loop() {
-        tlsIsWorker = true;
-        for (;;) {
-            std::function<void()> job;
-            {
-                std::unique_lock guard(mutex_);
-                ready_.wait(guard, [this] { return !queue_.empty(); });
-                job = std::move(queue_.front());
-                queue_.pop_front();
-            }
-            job();
-        }
-    }
-
-    std::mutex mutex_;
-    std::condition_variable ready_;
-    std::deque<std::function<void()>> queue_;
-    std::vector<std::thread> threads_;
-};
-
-// Never destroyed, so the end of the process does not wait for jobs that still run.
-Pool& pool() {
-    static Platform::Lasting<Pool> instance(static_cast<std::size_t>(Platform::processorCount()));
+ThreadPool& pool() {
+    static Platform::Lasting<ThreadPool> instance(static_cast<std::size_t>(Platform::processorCount()),
+                                                  [] { tlsIsWorker = true; });
     return *instance;
 }
 
