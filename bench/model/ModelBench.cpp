@@ -28,13 +28,16 @@ CleanRule benchRule(int index) {
 }
 
 RuleScanResult benchResult(int index) {
-    const int count = index == 0 ? kLargeRuleEntries : (kEntries - kLargeRuleEntries) / (kRules - 1) + (index <= (kEntries - kLargeRuleEntries) % (kRules - 1) ? 1 : 0);
+    const int count = index == 0 ? kLargeRuleEntries
+                                 : (kEntries - kLargeRuleEntries) / (kRules - 1)
+                                       + (index <= (kEntries - kLargeRuleEntries) % (kRules - 1) ? 1 : 0);
     RuleScanResult result{benchRule(index), {}};
     result.entries.reserve(static_cast<std::size_t>(count));
     for (int i = 0; i < count; ++i)
-        result.entries.push_back({"/Users/developer/Library/Caches/rule-" + std::to_string(index) + "/project-" +
-                                      std::to_string(i) + "/build-output",
-                                  4096 + i, {}});
+        result.entries.push_back({"/Users/developer/Library/Caches/rule-" + std::to_string(index) + "/project-"
+                                      + std::to_string(i) + "/build-output",
+                                  4096 + i,
+                                  {}});
     return result;
 }
 
@@ -67,10 +70,11 @@ Filled& filled() {
 void BM_PerFrameReads(benchmark::State& state) {
     AppModel& model = filled().model;
     for (auto _ : state) {
-        std::int64_t sum = model.totalBytes() + model.directlyCleanableBytes() + model.selectedBytes() +
-                           model.selectedEntryCount();
+        std::int64_t sum =
+            model.totalBytes() + model.directlyCleanableBytes() + model.selectedBytes() + model.selectedEntryCount();
         for (Category category : allCategories) sum += model.categoryBytes(category);
-        for (const VisibleGroup& group : model.visibleGroups()) sum += group.total() + static_cast<std::int64_t>(group.summary().size());
+        for (const VisibleGroup& group : model.visibleGroups())
+            sum += group.total() + static_cast<std::int64_t>(group.summary().size());
         for (const RuleScanResult& result : model.results()) sum += static_cast<std::int64_t>(model.selection(result));
         benchmark::DoNotOptimize(sum);
         benchmark::DoNotOptimize(model.scanProgressText());
@@ -113,7 +117,12 @@ void BM_ApplyReplacingResult(benchmark::State& state) {
     model.apply(fresh[0]);
     state.counters["entries"] = static_cast<double>(fresh[0].entries.size());
 }
-BENCHMARK(BM_ApplyReplacingResult)->Args({1, 0})->Args({0, 0})->Args({1, 1})->Args({0, 1})->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_ApplyReplacingResult)
+    ->Args({1, 0})
+    ->Args({0, 0})
+    ->Args({1, 1})
+    ->Args({0, 1})
+    ->Unit(benchmark::kMillisecond);
 
 // The same with every path new, preparing included, as when a result is applied as it comes.
 void BM_ApplyUnpreparedResult(benchmark::State& state) {

@@ -41,7 +41,8 @@ struct Tools {
         DockerCLI::setSystemSocketForTesting(socket.string());
     }
     ~Tools() {
-        for (Tool tool : {Tool::docker, Tool::ollama, Tool::xcrun, Tool::git, Tool::shell}) ToolPaths::setOverride(tool, std::nullopt);
+        for (Tool tool : {Tool::docker, Tool::ollama, Tool::xcrun, Tool::git, Tool::shell})
+            ToolPaths::setOverride(tool, std::nullopt);
         DockerCLI::setSystemSocketForTesting(std::nullopt);
     }
     void daemonRuns() { writeText(socket, ""); }
@@ -62,7 +63,8 @@ struct Tools {
     }
 };
 
-WorktreeInfo worktree(const fs::path& path, std::optional<std::int64_t> size, int dirtyFiles = 0, int orphanCommits = 0) {
+WorktreeInfo worktree(const fs::path& path, std::optional<std::int64_t> size, int dirtyFiles = 0,
+                      int orphanCommits = 0) {
     WorktreeInfo w;
     w.path = path;
     w.repoName = path.filename().string();
@@ -86,7 +88,8 @@ TEST(Maintenance, SaysWhetherTheCommandRanClearsItsFlagAndRescansItsRule) {
         EXPECT_EQ(model.runningCommandRuleID(), "x.maintained");
         model.runMaintenance({"x.maintained", "another", ""});
         ASSERT_TRUE(t.waitForSummary(model, 1));
-        EXPECT_EQ(model.lastSummary()->text(), status == 0 ? "已执行 tool gc --all" : "tool gc --all 执行失败(命令不存在或报错)");
+        EXPECT_EQ(model.lastSummary()->text(),
+                  status == 0 ? "已执行 tool gc --all" : "tool gc --all 执行失败(命令不存在或报错)");
         EXPECT_FALSE(model.runningCommandRuleID());
         EXPECT_EQ(running.count, 2);
         EXPECT_EQ(t.shell.calls(), (std::vector<Args>{{"-l", "-c", "tool gc --all"}}));
@@ -123,17 +126,26 @@ TEST(ItemDeletes, SimulatorsAndModelsGoThroughTheirToolsAndRescanTheirRule) {
 
 TEST(ItemDeletes, AMissingToolGivesTheFailureSentence) {
     Tools t;
-    for (Tool tool : {Tool::xcrun, Tool::ollama, Tool::shell}) ToolPaths::setOverride(tool, (t.tree / "bin/absent").string());
+    for (Tool tool : {Tool::xcrun, Tool::ollama, Tool::shell})
+        ToolPaths::setOverride(tool, (t.tree / "bin/absent").string());
     AppModel model(t.services());
     struct Case {
         std::function<void()> action;
         std::string sentence;
     } cases[] = {
-        {[&] { model.deleteSimulator({t.tree / "Devices/0A1B2C3D-0000-1111-2222-333344445555", 1, {}}); },
+        {[&] {
+             model.deleteSimulator({t.tree / "Devices/0A1B2C3D-0000-1111-2222-333344445555", 1, {}});
+         },
          "删除 0A1B2C3D-0000-1111-2222-333344445555 失败(可能正在运行,请先关闭模拟器)"},
-        {[&] { model.deleteOllamaModel({t.tree / "home/.ollama/models/manifests/registry.ollama.ai/library/phi/latest", 1, {}}); },
+        {[&] {
+             model.deleteOllamaModel(
+                 {t.tree / "home/.ollama/models/manifests/registry.ollama.ai/library/phi/latest", 1, {}});
+         },
          "删除 phi:latest 失败:Ollama 未在运行或找不到 CLI"},
-        {[&] { model.runMaintenance({"x.maintained", "tool gc", ""}); }, "tool gc 执行失败(命令不存在或报错)"},
+        {[&] {
+             model.runMaintenance({"x.maintained", "tool gc", ""});
+         },
+         "tool gc 执行失败(命令不存在或报错)"},
     };
     std::size_t rescans = 0;
     for (const Case& c : cases) {
@@ -273,7 +285,8 @@ TEST(Docker, WithoutTheDaemonPruneFailsAndAForcedLoadClearsTheInventory) {
     AppModel model(t.services());
     model.prune(DockerPruneTarget::buildCache);
     ASSERT_TRUE(t.waitForSummary(model, 1));
-    EXPECT_EQ(model.lastSummary()->text(), "清理" + title(DockerPruneTarget::buildCache) + "失败:daemon 未运行或命令出错");
+    EXPECT_EQ(model.lastSummary()->text(),
+              "清理" + title(DockerPruneTarget::buildCache) + "失败:daemon 未运行或命令出错");
     ASSERT_TRUE(waitUntil([&] { return !model.isLoadingInventory(); }));
     SignalCount inventory(model, &AppModel::dockerInventoryChanged);
     model.loadDockerInventory(true);
@@ -304,7 +317,8 @@ TEST(OrbStack, APlainRescanWaitsForTheRefinementAndShowsDiskEntriesWithoutTheDae
     Tools t;
     AppModel model(t.services());
     const CleanRule orb = makeRule("tool.orbstack", Category::tool, SafetyLevel::reportOnly);
-    const auto breakdown = makeResult(orb, {{"/h/.orbstack/data/docker/images", 500}, {"/h/.orbstack/data/docker/volumes", 100}});
+    const auto breakdown =
+        makeResult(orb, {{"/h/.orbstack/data/docker/images", 500}, {"/h/.orbstack/data/docker/volumes", 100}});
     model.apply(breakdown);
     model.refineOrbStackIfNeeded(true); // only docker rows: no disk entries to refine
     EXPECT_FALSE(model.isRefiningOrbStack());
@@ -315,7 +329,8 @@ TEST(OrbStack, APlainRescanWaitsForTheRefinementAndShowsDiskEntriesWithoutTheDae
     EXPECT_TRUE(model.isRefiningOrbStack());
     EXPECT_TRUE(model.pendingOrbStackDiskEntries());
     ASSERT_TRUE(waitUntil([&] { return !model.isRefiningOrbStack(); }));
-    EXPECT_EQ(model.result("tool.orbstack")->entries, (std::vector<ScanEntry>{{"/h/.orbstack/data/data.img.raw", 900, {}}}));
+    EXPECT_EQ(model.result("tool.orbstack")->entries,
+              (std::vector<ScanEntry>{{"/h/.orbstack/data/data.img.raw", 900, {}}}));
     EXPECT_FALSE(model.pendingOrbStackDiskEntries());
     EXPECT_EQ(results.count, 1);
 

@@ -71,7 +71,8 @@ TEST(Clean, RemovesOnlySelectedEntriesOfCleanableRulesAndRescansTheRulesThatHeld
     EXPECT_FALSE(model.isBusy());
     EXPECT_EQ(busy.count, 2);
     EXPECT_EQ(s.log->diskReads, 2);
-    ASSERT_TRUE(waitUntil([&] { return model.result("t.a")->entries.size() == 1 && model.result("t.r")->entries.size() == 1; }));
+    ASSERT_TRUE(waitUntil(
+        [&] { return model.result("t.a")->entries.size() == 1 && model.result("t.r")->entries.size() == 1; }));
     settle();
     EXPECT_EQ(s.log->scansSoFar(), (std::vector<std::set<std::string>>{{"t.a", "t.r"}}));
 }

@@ -85,11 +85,14 @@ TEST(DerivedValues, VisibleGroupsHideEmptyRulesAndKeepEqualTotalsInArrivalOrder)
 
 TEST(DerivedValues, GroupSummaryNamesUpToThreeSizedRulesAndCountsTheRest) {
     const auto rule = [](const char* id) { return makeRule(id, Category::system, SafetyLevel::safe); };
-    const std::vector<RuleScanResult> five{makeResult(rule("s.1"), {{"/1", 5000}}), makeResult(rule("s.2"), {{"/2", 4000}}),
-                                           makeResult(rule("s.3"), {{"/3", 3000}}), makeResult(rule("s.4"), {{"/4", 2000}}),
-                                           makeResult(rule("s.5"), {{"/5", 1000}})};
+    const std::vector<RuleScanResult> five{
+        makeResult(rule("s.1"), {{"/1", 5000}}), makeResult(rule("s.2"), {{"/2", 4000}}),
+        makeResult(rule("s.3"), {{"/3", 3000}}), makeResult(rule("s.4"), {{"/4", 2000}}),
+        makeResult(rule("s.5"), {{"/5", 1000}})};
     const RuleScanResult zero = makeResult(rule("s.0"), {});
-    const auto group = [](std::vector<const RuleScanResult*> results) { return VisibleGroup{Category::system, results, {}}; };
+    const auto group = [](std::vector<const RuleScanResult*> results) {
+        return VisibleGroup{Category::system, results, {}};
+    };
     const std::string kb5 = "s.1 " + Formatting::bytes(5000), kb4 = "s.2 " + Formatting::bytes(4000),
                       kb3 = "s.3 " + Formatting::bytes(3000);
     struct Case {
@@ -97,7 +100,8 @@ TEST(DerivedValues, GroupSummaryNamesUpToThreeSizedRulesAndCountsTheRest) {
         VisibleGroup group;
         std::string summary;
     } cases[] = {
-        {"five", group({&five[0], &five[1], &five[2], &five[3], &five[4]}), kb5 + " · " + kb4 + " · " + kb3 + " · 其余 2 项"},
+        {"five", group({&five[0], &five[1], &five[2], &five[3], &five[4]}),
+         kb5 + " · " + kb4 + " · " + kb3 + " · 其余 2 项"},
         {"two", group({&five[0], &five[1]}), kb5 + " · " + kb4},
         {"empty first", group({&zero, &five[0], &five[1]}), kb5 + " · " + kb4 + " · 其余 1 项"},
     };
@@ -166,7 +170,7 @@ TEST(DisplayName, PicksTheFirstRuleThatApplies) {
         std::string name;
     } cases[] = {
         {"/b/my-app-abcdefghijklmnopqrst", {}, "my-app"},
-        {"/b/my-app-abcdefghijklmnopqrs", {}, "my-app-abcdefghijklmnopqrs"},  // 19 characters
+        {"/b/my-app-abcdefghijklmnopqrs", {}, "my-app-abcdefghijklmnopqrs"}, // 19 characters
         {"/b/my-app-abcdefghijklmnopqrsT", {}, "my-app-abcdefghijklmnopqrsT"},
         {"/b/my-app-abcdefghij_lmnopqrst", {}, "my-app-abcdefghij_lmnopqrst"},
         {"/b/plain", {}, "plain"},

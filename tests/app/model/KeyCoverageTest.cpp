@@ -39,7 +39,8 @@ TEST(AppKeyCoverage, EverySummaryCaseAndCountReadsInEnglish) {
         texts.push_back(ActionSummary{ActionSummary::Restored{5, failures}}.text());
     }
     const RuleScanResult none{};
-    for (std::size_t rest : {1, 2}) texts.push_back(VisibleGroup{Category::code, std::vector(rest, &none), {}}.summary());
+    for (std::size_t rest : {1, 2})
+        texts.push_back(VisibleGroup{Category::code, std::vector(rest, &none), {}}.summary());
     texts.push_back(displayName(ScanEntry{"/h/.orbstack/data/data.img.raw", 1, {}}));
     for (const std::string& text : texts) EXPECT_FALSE(test::containsCjk(text)) << text;
 

@@ -60,7 +60,8 @@ std::vector<std::set<std::string>> ServiceLog::scansSoFar() {
 ModelServices testServices(std::vector<CleanRule> rules, const std::shared_ptr<ServiceLog>& log) {
     ModelServices services = ModelServices::live();
     services.scanRules = std::move(rules);
-    services.scan = [log, live = services.scan](const std::vector<CleanRule>& scanned, const ModelServices::ResultSink& sink) {
+    services.scan = [log, live = services.scan](const std::vector<CleanRule>& scanned,
+                                                const ModelServices::ResultSink& sink) {
         std::set<std::string> ids;
         for (const CleanRule& rule : scanned) ids.insert(rule.id);
         {

@@ -39,7 +39,8 @@ TEST(PathInterner, NumbersPathsInArrivalOrderAndFindsThemAgain) {
 // The caller gives the hash, so equal hashes of different paths must still keep them apart.
 TEST(PathInterner, PathsWithTheSameHashStayApart) {
     PathInterner table;
-    for (int i = 0; i < 1500; ++i) ASSERT_EQ(table.intern(pathNumber(i), 42), std::make_pair(PathInterner::Key(i), true));
+    for (int i = 0; i < 1500; ++i)
+        ASSERT_EQ(table.intern(pathNumber(i), 42), std::make_pair(PathInterner::Key(i), true));
     for (int i = 0; i < 1500; i += 749) {
         SCOPED_TRACE(i);
         EXPECT_EQ(table.find(pathNumber(i), 42), PathInterner::Key(i));

@@ -41,7 +41,8 @@ TEST(Scan, DeliversEveryRuleThenEndsAfterDiscoveryAndPrunesTheSelection) {
     };
     AppModel model(services);
     std::vector<int> progress;
-    QObject::connect(&model, &AppModel::scannedRuleCountChanged, &model, [&] { progress.push_back(model.scannedRuleCount()); });
+    QObject::connect(&model, &AppModel::scannedRuleCountChanged, &model,
+                     [&] { progress.push_back(model.scannedRuleCount()); });
     model.setSelectedEntryIDs({t.a1, "/gone"});
 
     model.scan();
@@ -70,7 +71,8 @@ TEST(Scan, ASecondScanWhileBusyChangesNothing) {
     Tree t;
     Gate scanGate;
     ModelServices services = testServices({t.a}, t.log);
-    services.scan = [&, live = services.scan](const std::vector<CleanRule>& rules, const ModelServices::ResultSink& sink) {
+    services.scan = [&, live = services.scan](const std::vector<CleanRule>& rules,
+                                              const ModelServices::ResultSink& sink) {
         scanGate.wait();
         live(rules, sink);
     };
@@ -93,7 +95,8 @@ TEST(Scan, AnEntryThatARescanNoLongerFindsLeavesTheSelectionOnlyAtItsEnd) {
     Gate endGate;
     std::atomic<int> scans = 0;
     ModelServices services = testServices({t.a, t.b}, t.log);
-    services.scan = [&, live = services.scan](const std::vector<CleanRule>& rules, const ModelServices::ResultSink& sink) {
+    services.scan = [&, live = services.scan](const std::vector<CleanRule>& rules,
+                                              const ModelServices::ResultSink& sink) {
         live(rules, sink);
         if (++scans == 2) endGate.wait();
     };
@@ -205,7 +208,8 @@ TEST(Lifetime, WorkThatEndsAfterTheModelIsGoneDropsItsOutcome) {
     std::atomic<int> finished = 0;
     {
         ModelServices services = testServices({t.a}, t.log);
-        services.scan = [&, live = services.scan](const std::vector<CleanRule>& rules, const ModelServices::ResultSink& sink) {
+        services.scan = [&, live = services.scan](const std::vector<CleanRule>& rules,
+                                                  const ModelServices::ResultSink& sink) {
             gate.wait();
             live(rules, sink);
             ++finished;
