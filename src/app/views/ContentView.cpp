@@ -129,7 +129,7 @@ void ContentView::makeRightPanel() {
     panel_->setWidgetResizable(true);
     panel_->setFrameShape(QFrame::NoFrame);
     panel_->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
-    panel_->setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    panel_->setVerticalScrollBarPolicy(Qt::ScrollBarAsNeeded);
     panel_->setFocusPolicy(Qt::NoFocus);
     // The window's gradient shows through the list rather than a plain fill.
     panel_->viewport()->setAutoFillBackground(false);

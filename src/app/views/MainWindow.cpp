@@ -145,7 +145,13 @@ void MainWindow::applyLook() {
             "QPushButton#undo:focus { border: 2px solid %5; }"
             "QCheckBox::indicator { width: 14px; height: 14px; border: 1px solid %2; border-radius: 4px; }"
             "QCheckBox::indicator:checked { background: %5; border-color: %5; }"
-            "QCheckBox::indicator:disabled { border-style: dashed; }")
+            "QCheckBox::indicator:disabled { border-style: dashed; }"
+            // Thin and without arrows, as wide as the gap it stands in.
+            "QScrollBar:vertical { width: 8px; background: transparent; margin: 0; }"
+            "QScrollBar::handle:vertical { background: %4; border-radius: 4px; min-height: 32px; }"
+            "QScrollBar::handle:vertical:hover { background: %2; }"
+            "QScrollBar::add-line:vertical, QScrollBar::sub-line:vertical { height: 0; }"
+            "QScrollBar::add-page:vertical, QScrollBar::sub-page:vertical { background: transparent; }")
             .arg(QStringLiteral("qlineargradient(x1:0, y1:0, x2:1, y2:0, stop:0 %1, stop:1 %2)")
                      .arg(theme.accentA.name(), theme.accentB.name()),
                  ViewParts::rgba(secondary), ViewParts::rgba(card), ViewParts::rgba(outline), accent.name(),
