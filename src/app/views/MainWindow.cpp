@@ -128,6 +128,11 @@ void MainWindow::applyLook() {
     lookSheet_ =
         QStringLiteral(
             "QLabel#secondary { color: %2; }"
+            "QPushButton[kind=\"plain\"]:!flat { border-radius: 8px; padding: 3px 12px; background: %3; "
+            "border: 1px solid %4; }"
+            "QPushButton[kind=\"plain\"]:!flat:hover { border-color: %2; }"
+            "QPushButton[kind=\"plain\"]:!flat:focus { border: 2px solid %5; }"
+            "QPushButton[kind=\"plain\"]:!flat:disabled { color: %2; }"
             "QPushButton[kind=\"row\"] { text-align: left; background: transparent; border: 1px solid transparent; "
             "border-radius: 12px; }"
             "QPushButton[kind=\"row\"]:hover, QPushButton[kind=\"row\"]:focus { background: %3; }"

@@ -23,6 +23,7 @@ QPushButton* button(const QString& text, QWidget* parent) {
     auto* b = new QPushButton(QString(text).replace(QLatin1Char('&'), QStringLiteral("&&")), parent);
     b->setAccessibleName(text);
     b->setAutoDefault(false);
+    b->setProperty("kind", "plain"); // the window's look for a card's buttons
     return b;
 }
 
