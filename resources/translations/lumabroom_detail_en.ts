@@ -5,6 +5,10 @@
     <name>Detail</name>
     <message>
         <source>在 Finder 中显示</source>
+        <translation>Show in Finder</translation>
+    </message>
+    <message>
+        <source>在文件管理器中显示</source>
         <translation>Show in File Manager</translation>
     </message>
     <message>
@@ -210,6 +214,10 @@
     </message>
     <message>
         <source>在 Finder 中显示主仓</source>
+        <translation>Show Main Repository in Finder</translation>
+    </message>
+    <message>
+        <source>在文件管理器中显示主仓</source>
         <translation>Show Main Repository in File Manager</translation>
     </message>
     <message>

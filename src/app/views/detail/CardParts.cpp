@@ -76,14 +76,14 @@ QWidget* tick(bool reportOnly, bool checked, const QString& name, std::function<
 }
 
 QToolButton* revealButton(BarRow* row, const std::filesystem::path& path) {
-    QToolButton* reveal = DetailRows::iconButton(Icon::reveal, text("在 Finder 中显示"), row);
+    QToolButton* reveal = DetailRows::iconButton(Icon::reveal, text(revealKey()), row);
     QObject::connect(reveal, &QToolButton::clicked, reveal, [path] { DetailLook::reveal(path); });
     row->setRevealButton(reveal);
     return reveal;
 }
 
 std::vector<BarRow::MenuItem> pathMenu(const std::filesystem::path& path) {
-    return {{text("在 Finder 中显示"), [path] { DetailLook::reveal(path); }},
+    return {{text(revealKey()), [path] { DetailLook::reveal(path); }},
             {text("复制路径"), [path] { DetailLook::copyToClipboard(path.string()); }}};
 }
 

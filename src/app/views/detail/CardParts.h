@@ -2,6 +2,7 @@
 
 #include "DetailRows.h"
 #include "DetailText.h"
+#include "host/Platform.h"
 
 #include <QString>
 
@@ -10,6 +11,7 @@
 #include <functional>
 #include <initializer_list>
 #include <string>
+#include <string_view>
 #include <vector>
 
 class QPushButton;
@@ -17,6 +19,12 @@ class QVBoxLayout;
 
 // Layout pieces that the rule panel's cards are built from.
 namespace lumabroom::CardParts {
+
+// "Show in …": the file manager by name where the system has one everybody knows.
+constexpr std::string_view revealKey() { return Platform::isMacOS() ? "在 Finder 中显示" : "在文件管理器中显示"; }
+constexpr std::string_view revealRepositoryKey() {
+    return Platform::isMacOS() ? "在 Finder 中显示主仓" : "在文件管理器中显示主仓";
+}
 
 // A card file takes these with `using namespace CardParts`.
 using DetailRows::Icon;

@@ -114,7 +114,8 @@ QWidget* RuleDetailPanel::worktreeSection(const RuleScanResult& result) {
             header->content()->addWidget(w);
         }
         header->content()->setStretch(1, 1);
-        header->setMenu({{text("在 Finder 中显示主仓"), [path = group.repoPath] { DetailLook::reveal(path); }}});
+        header->setMenu(
+            {{text(CardParts::revealRepositoryKey()), [path = group.repoPath] { DetailLook::reveal(path); }}});
         columnOf(card)->addWidget(header);
         std::vector<QWidget*> rows;
         for (const WorktreeInfo& info : group.items) rows.push_back(worktreeRow(result, info, maxSize));
@@ -162,7 +163,7 @@ QWidget* RuleDetailPanel::worktreeRow(const RuleScanResult& result, const Worktr
         connect(trash, &QToolButton::clicked, this, [this, info] { askWorktreeRemoval(info); });
         row->content()->addWidget(trash);
     }
-    row->setMenu({{text("在 Finder 中显示"), [p = info.path] { DetailLook::reveal(p); }}});
+    row->setMenu({{text(CardParts::revealKey()), [p = info.path] { DetailLook::reveal(p); }}});
     return row;
 }
 
