@@ -2,11 +2,11 @@
 
 #include "host/Settings.h"
 #include "support/TempTree.h"
+#include "support/WidgetApplication.h"
 #include "text/Localization.h"
 #include "update/UpdateDialog.h"
 #include "update/Updater.h"
 
-#include <QApplication>
 #include <QDir>
 #include <QLabel>
 #include <QNetworkProxy>
@@ -17,7 +17,6 @@
 
 #include <gtest/gtest.h>
 
-#include <memory>
 
 using namespace lumabroom;
 using namespace lumabroom::test;
@@ -36,21 +35,9 @@ QPushButton* button(const QDialog& dialog, const QString& text) {
     return nullptr;
 }
 
-// A QApplication for the whole run, ended before the process exits rather than among static destructors.
-class WidgetsApplication : public ::testing::Environment {
-public:
-    void SetUp() override { application_ = std::make_unique<QApplication>(argc_, argv_); }
-    void TearDown() override { application_.reset(); }
-
-private:
-    int argc_ = 1;
-    char name_[20] = "update_dialog_tests";
-    char* argv_[2] = {name_, nullptr};
-    std::unique_ptr<QApplication> application_;
-};
 // gtest owns the environment.
 [[maybe_unused]] ::testing::Environment* const widgetsApplication =
-    ::testing::AddGlobalTestEnvironment(new WidgetsApplication);
+    ::testing::AddGlobalTestEnvironment(new WidgetApplication);
 
 class UpdateDialogTest : public ::testing::Test {
 protected:
